@@ -1,0 +1,14 @@
+#ifndef BOREALIS_PLATFORM_LINUX_PLATFORM_H
+#define BOREALIS_PLATFORM_LINUX_PLATFORM_H
+
+#include "borealis/platform/platform.h"
+
+// The analyzer itself: real paths, devices and system calls.
+class LinuxPlatform : public Platform {
+public:
+    std::string Path(const std::string& path) const override { return path; }
+    unsigned short Port() const override { return 4410; }
+    bool IsSimulated() const override { return false; }
+};
+
+#endif

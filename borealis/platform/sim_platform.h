@@ -1,0 +1,26 @@
+#ifndef BOREALIS_PLATFORM_SIM_PLATFORM_H
+#define BOREALIS_PLATFORM_SIM_PLATFORM_H
+
+#include <string>
+
+#include "borealis/platform/platform.h"
+
+// A simulated analyzer under a root directory: every system path lives
+// below the root, the devices are sockets played by the simulator, and
+// privileged actions are logged instead of done to the host.
+class SimPlatform : public Platform {
+public:
+    SimPlatform(const std::string& root, unsigned short port);
+
+    std::string Path(const std::string& path) const override { return root_ + path; }
+    unsigned short Port() const override { return port_; }
+    bool IsSimulated() const override { return true; }
+
+    const std::string& Root() const { return root_; }
+
+private:
+    std::string root_;
+    unsigned short port_;
+};
+
+#endif

@@ -1,0 +1,93 @@
+#include "tests/support/process.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline) {
+    auto end = std::chrono::steady_clock::now() + deadline;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+std::string BorealisExecutable() { return BOREALIS_EXE; }
+
+static std::vector<std::string> CommandLine(const std::string& program,
+                                            const std::vector<std::string>& args) {
+    std::vector<std::string> words;
+    std::istringstream emulator(BOREALIS_TEST_EMULATOR);
+    for (std::string word; emulator >> word;) words.push_back(word);
+    words.push_back(program);
+    words.insert(words.end(), args.begin(), args.end());
+    return words;
+}
+
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& args) {
+    std::vector<std::string> words = CommandLine(program, args);
+    int fds[2];
+    if (::pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
+    pid_ = ::fork();
+    if (pid_ < 0) throw std::runtime_error("fork failed");
+    if (pid_ == 0) {
+        ::dup2(fds[1], 1);
+        ::dup2(fds[1], 2);
+        std::vector<char*> argv;
+        for (auto& w : words) argv.push_back(&w[0]);
+        argv.push_back(nullptr);
+        ::execv(argv[0], argv.data());
+        ::_exit(127);
+    }
+    ::close(fds[1]);
+    output_fd_ = fds[0];
+}
+
+ChildProcess::~ChildProcess() {
+    if (status_ < 0 && pid_ > 0) {
+        ::kill(pid_, SIGKILL);
+        ::waitpid(pid_, nullptr, 0);
+    }
+    if (output_fd_ >= 0) ::close(output_fd_);
+}
+
+void ChildProcess::Drain() {
+    char buffer[4096];
+    pollfd p{output_fd_, POLLIN, 0};
+    while (output_fd_ >= 0 && ::poll(&p, 1, 0) > 0) {
+        ssize_t n = ::read(output_fd_, buffer, sizeof buffer);
+        if (n <= 0) {
+            ::close(output_fd_);
+            output_fd_ = -1;
+            break;
+        }
+        output_.append(buffer, n);
+    }
+}
+
+int ChildProcess::Wait(std::chrono::milliseconds deadline) {
+    WaitUntil([this] {
+        Drain();
+        if (status_ >= 0) return true;
+        int status;
+        if (::waitpid(pid_, &status, WNOHANG) == pid_)
+            status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        return false;
+    }, deadline);
+    Drain();
+    return status_;
+}
+
+const std::string& ChildProcess::Output() {
+    Drain();
+    return output_;
+}
+
+void ChildProcess::Signal(int number) { ::kill(pid_, number); }
