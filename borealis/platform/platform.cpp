@@ -1,5 +1,6 @@
 #include "borealis/platform/platform.h"
 
+#include <limits.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
@@ -41,7 +42,12 @@ Platform& Platform::Get() {
     std::string port = port_env ? port_env : "";
     if (platform && root == chosen_root && port == chosen_port) return *platform;
     if (!root.empty() && IsDirectory(root)) {
-        while (root.size() > 1 && root.back() == '/') root.pop_back();
+        // Absolute, because a daemon changes to "/" when it detaches.
+        char* absolute = ::realpath(root.c_str(), nullptr);
+        if (absolute) {
+            root = absolute;
+            std::free(absolute);
+        }
         platform.reset(new SimPlatform(root, PortFromEnvironment()));
     } else {
         platform.reset(new LinuxPlatform);

@@ -1,0 +1,139 @@
+// The borealis executable as a process, under a simulated root.
+#include <signal.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "tests/support/process.h"
+#include "tests/support/syslog_catcher.h"
+#include "tests/support/temp_root.h"
+
+namespace {
+
+const char kHelp[] =
+    "borealis 1.0.14\n"
+    "usage: borealis [options]\n"
+    "\n"
+    "  -h   Show this help\n"
+    "  -b   Run in the background (as a daemon)\n"
+    "  -t   Run as a real-time process (superuser only)\n"
+    "  -s   Reroute stdout to syslog (daemon does this too)\n"
+    "  -k   Kill borealis\n"
+    "  -r   Reread configuration file\n"
+    "  -d   Debug mode: output lots of debug info\n"
+    "  -z   Don't adjust the clock_yz register\n"
+    "\n";
+
+const char kPidFile[] = "/var/run/borealis.pid";
+const char kAlreadyRunning[] = "ERROR: Another process is already running: ";
+
+class BorealisProcess : public testing::Test {
+protected:
+    void TearDown() override {
+        // A daemon left behind by a failed test must not outlive it.
+        std::string pid = root.ReadFile(kPidFile);
+        if (!pid.empty()) ::kill(std::stoi(pid), SIGKILL);
+    }
+
+    // Runs borealis with `args` to its end; returns the exit status.
+    int Run(const std::vector<std::string>& args, std::string* output = nullptr) {
+        ChildProcess child(BorealisExecutable(), args);
+        int status = child.Wait();
+        if (output) *output = child.Output();
+        return status;
+    }
+
+    // Starts a daemon in the foreground and waits until it holds its pid
+    // file and serves its loop (its signal handlers are in place then).
+    std::unique_ptr<ChildProcess> StartForeground() {
+        auto child = std::make_unique<ChildProcess>(BorealisExecutable(), std::vector<std::string>{});
+        EXPECT_TRUE(WaitUntil([&] { return child->Output().find("running") != std::string::npos; }));
+        EXPECT_EQ(root.ReadFile(kPidFile), std::to_string(child->pid()) + "\n");
+        return child;
+    }
+
+    TempRoot root;
+};
+
+TEST_F(BorealisProcess, HelpPrintsExactlyAndTouchesNoPidFile) {
+    std::string output;
+    EXPECT_EQ(Run({"-h"}, &output), 0);
+    EXPECT_EQ(output, kHelp);
+    EXPECT_EQ(root.ReadFile(kPidFile), "");
+
+    auto daemon = StartForeground();
+    const std::string content = root.ReadFile(kPidFile);
+    EXPECT_EQ(Run({"-h", "-k"}, &output), 0);  // -h ends parsing before -k
+    EXPECT_EQ(output, kHelp);
+    EXPECT_EQ(root.ReadFile(kPidFile), content);
+}
+
+TEST_F(BorealisProcess, IgnoredOptionsDoNotStopParsing) {
+    std::string output;
+    EXPECT_EQ(Run({"-a", "-x", "-q", "-h"}, &output), 0);
+    EXPECT_NE(output.find("invalid option"), std::string::npos);  // getopt's own complaint
+    ASSERT_GE(output.size(), sizeof kHelp - 1);
+    EXPECT_EQ(output.substr(output.size() - (sizeof kHelp - 1)), kHelp);
+}
+
+TEST_F(BorealisProcess, KillWithoutDaemonReportsMissingPidFile) {
+    std::string output;
+    EXPECT_EQ(Run({"-k"}, &output), 255);
+    EXPECT_EQ(output, "shutdown: Got exception: PID file not found: " + (root / kPidFile) + "\n");
+    EXPECT_EQ(Run({"-r"}, &output), 255);
+    EXPECT_EQ(output, "readconfig: Got exception: PID file not found: " + (root / kPidFile) + "\n");
+}
+
+TEST_F(BorealisProcess, SecondForegroundStartFailsAndLeavesPidFile) {
+    auto daemon = StartForeground();
+    const std::string content = root.ReadFile(kPidFile);
+    std::string output;
+    EXPECT_EQ(Run({}, &output), 255);
+    EXPECT_EQ(output.rfind(kAlreadyRunning, 0), 0u) << output;
+    EXPECT_EQ(output.find('\n'), output.size() - 1) << "one line: " << output;
+    EXPECT_EQ(root.ReadFile(kPidFile), content);
+    EXPECT_EQ(daemon->Wait(std::chrono::milliseconds(0)), -1) << "first daemon still runs";
+}
+
+TEST_F(BorealisProcess, SecondBackgroundStartLogsErrorAndLeavesPidFile) {
+    SyslogCatcher syslog(root / "/dev/log");
+    auto daemon = StartForeground();
+    const std::string content = root.ReadFile(kPidFile);
+    EXPECT_EQ(Run({"-b"}), 0);  // both parents of the daemon exit 0
+    EXPECT_TRUE(syslog.WaitForPrefix(std::string("<14>borealis: ") + kAlreadyRunning));
+    EXPECT_EQ(root.ReadFile(kPidFile), content);
+    EXPECT_EQ(daemon->Wait(std::chrono::milliseconds(0)), -1) << "first daemon still runs";
+}
+
+TEST_F(BorealisProcess, KillStopsDaemonWhichRemovesItsPidFile) {
+    auto daemon = StartForeground();
+    EXPECT_EQ(Run({"-k"}), 0);
+    EXPECT_EQ(daemon->Wait(), 0);
+    EXPECT_NE(daemon->Output().find("Exiting...\n"), std::string::npos);
+    EXPECT_EQ(::access((root / kPidFile).c_str(), F_OK), -1);
+}
+
+TEST_F(BorealisProcess, ReadconfigSignalsRunningDaemon) {
+    auto daemon = StartForeground();
+    EXPECT_EQ(Run({"-r"}), 0);
+    EXPECT_TRUE(WaitUntil([&] {
+        return daemon->Output().find("Reread of the configuration requested\n") != std::string::npos;
+    }));
+    daemon->Signal(SIGINT);
+    EXPECT_EQ(daemon->Wait(), 0);
+}
+
+TEST_F(BorealisProcess, DaemonSendsItsOutputToSyslogLineByLine) {
+    SyslogCatcher syslog(root / "/dev/log");
+    std::string output;
+    EXPECT_EQ(Run({"-b", "-d"}, &output), 0);
+    EXPECT_EQ(output, "");
+    EXPECT_TRUE(syslog.WaitFor("<14>borealis: borealis: running (debug)\n"));
+    EXPECT_TRUE(WaitUntil([&] { return !root.ReadFile(kPidFile).empty(); }));
+    EXPECT_EQ(Run({"-k"}), 0);
+    EXPECT_TRUE(syslog.WaitFor("<14>borealis: Exiting...\n"));
+    EXPECT_TRUE(WaitUntil([&] { return ::access((root / kPidFile).c_str(), F_OK) == -1; }));
+}
+
+}  // namespace
