@@ -9,6 +9,8 @@ public:
     std::string Path(const std::string& path) const override { return path; }
     unsigned short Port() const override { return 4410; }
     bool IsSimulated() const override { return false; }
+
+    std::string InterfaceName(const std::string& name) const override { return name; }
 };
 
 #endif

@@ -21,6 +21,10 @@ public:
     virtual unsigned short Port() const = 0;
     // True when the board's hardware is simulated.
     virtual bool IsSimulated() const = 0;
+
+    // The host network interface that stands for the analyzer's interface
+    // `name` in kernel interface requests.
+    virtual std::string InterfaceName(const std::string& name) const = 0;
 };
 
 #endif

@@ -16,6 +16,10 @@ public:
     unsigned short Port() const override { return port_; }
     bool IsSimulated() const override { return true; }
 
+    // The bridge "br0" is played by the host interface named in
+    // BOREALIS_NETIF, by default the loopback interface.
+    std::string InterfaceName(const std::string& name) const override;
+
     const std::string& Root() const { return root_; }
 
 private:
