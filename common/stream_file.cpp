@@ -145,6 +145,7 @@ std::size_t StreamFileBase::Read(void* buffer, std::size_t length) {
 }
 
 std::size_t StreamFileBase::Read(std::string& out) {
+    CheckOpen();
     if (read_buffer_.size() < kReadChunk) read_buffer_.resize(kReadChunk, 0);
     std::size_t n = Read(read_buffer_.data(), kReadChunk);
     out.assign(read_buffer_.data(), n);

@@ -23,25 +23,26 @@ const int kDaysBeforeMonth[2][13] = {
     {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366},
 };
 
-int FullYear(int year) {
+std::int64_t FullYear(std::int64_t year) {
     if (year >= 100) return year;
     return year < 89 ? 2000 + year : 1900 + year;
 }
 
 // Integer division and remainder rounding towards minus infinity, so that a
 // month of 0 or below steps back into the years before.
-int FloorDiv(int a, int b) { return a / b - (a % b < 0 ? 1 : 0); }
-int FloorMod(int a, int b) { return a - b * FloorDiv(a, b); }
+std::int64_t FloorDiv(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+std::int64_t FloorMod(std::int64_t a, std::int64_t b) { return a - b * FloorDiv(a, b); }
 
 }  // namespace
 
 Timestamp::Timestamp(int year, int month, int day, int hour, int minute, double second) {
-    int y = FullYear(year) - kFirstYear + FloorDiv(month - 1, 12);
-    int m = FloorMod(month - 1, 12);
+    // 64 bits so that no field read from text can overflow the sums.
+    std::int64_t y = FullYear(year) - kFirstYear + FloorDiv(std::int64_t(month) - 1, 12);
+    std::int64_t m = FloorMod(std::int64_t(month) - 1, 12);
     if (y < 0 || y > kLastYearOffset) return;  // outside 1989..2099: stays 0
     bool leap = y % 4 == 3;
     std::int64_t days =
-        std::int64_t(day) - 1 + kDaysBeforeMonth[leap][m] + std::int64_t(kDaysPerYear) * y + y / 4;
+        std::int64_t(day) - 1 + kDaysBeforeMonth[leap][m] + kDaysPerYear * y + y / 4;
     std::int64_t whole = days * kSecondsPerDay + std::int64_t(hour) * 3600 + std::int64_t(minute) * 60;
     value_ = double(whole) + second;
 }

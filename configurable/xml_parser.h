@@ -48,9 +48,12 @@ public:
 private:
     typedef std::list<TokenPtr> TokenList;
 
+    const TokenInfo& CurrentToken() const;
     TokenPtr ReadToken();
     void ReadOutsideTag(TokenInfo& token);
+    void ReadEndTag(TokenInfo& token);
     void ReadInsideTag(TokenInfo& token);
+    void ReadAttribute(TokenInfo& token);
     bool SkipMarkup(char& candidate);
     void SetError(TokenInfo& token, const char* message);
     bool EndOfInput(TokenInfo& token);
@@ -88,6 +91,8 @@ public:
     const std::string& GetTokenString() const { return theTokenString; }
 
 private:
+    void TakePiece(std::string::size_type end);
+
     std::string theString;
     std::string::size_type thePos = 0;
     TokenKind theToken = START_STRING;

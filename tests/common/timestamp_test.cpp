@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <sstream>
 #include <string>
 
@@ -95,6 +96,7 @@ TEST(Timestamp, FieldsCarryAndTwoDigitYearsAndRangeLimit) {
     EXPECT_EQ(Timestamp(1988, 12, 31, 0, 0, 0).get(), 0);
     EXPECT_EQ(Timestamp(2100, 1, 1, 0, 0, 0).get(), 0);
     EXPECT_EQ(Timestamp(1989, 0, 1, 0, 0, 0).get(), 0);  // December 1988
+    EXPECT_EQ(Timestamp(1989, INT_MIN, INT_MIN, INT_MAX, INT_MAX, 0).get(), 0);
 }
 
 TEST(Timestamp, SplitsIntoFieldsOnLastDayOfLeapYear) {

@@ -1,0 +1,71 @@
+#include "borealis/system/interface_status.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "tests/support/temp_root.h"
+
+TEST(NetworkInterfaceInfo, ReadsTheLoopbackInterface) {
+    NetworkInterfaceInfo info("lo");
+    EXPECT_EQ(info.name, "lo");
+    EXPECT_TRUE(info.present);
+    EXPECT_GT(info.index, 0u);
+    EXPECT_TRUE(info.running);
+    EXPECT_TRUE(info.has_address);
+    EXPECT_EQ(info.address.ToString(), "127.0.0.1");
+    EXPECT_EQ(info.hardware_address, "00:00:00:00:00:00");
+    EXPECT_FALSE(info.is_bridge);
+    EXPECT_FALSE(info.is_bridge_port);
+}
+
+TEST(NetworkInterfaceInfo, MissingInterfaceIsNotPresent) {
+    NetworkInterfaceInfo info("nosuchif0");
+    EXPECT_FALSE(info.present);
+    EXPECT_EQ(info.index, 0u);
+    EXPECT_FALSE(info.has_address);
+    EXPECT_EQ(info.address.ToString(), "0.0.0.0");
+    EXPECT_EQ(info.hardware_address, "");
+}
+
+// br0 is played by the loopback interface; the loopback interface is made a
+// port of br0 the way the kernel shows it: brport/bridge links to the
+// bridge's folder. br1 is another bridge that lo does not belong to.
+TEST(NetworkInterfaceInfo, FindsBridgeAndBridgePort) {
+    ::unsetenv("BOREALIS_NETIF");
+    TempRoot root;
+    root.WriteFile("/sys/class/net/br1/bridge/bridge_id", "8000.000000000001\n");
+    root.WriteFile("/sys/class/net/br0/bridge/bridge_id", "8000.001a2b3c4d5e\n");
+    MakeDirectories(root / "/sys/class/net/lo/brport");
+    ASSERT_EQ(::symlink("../../br0", (root / "/sys/class/net/lo/brport/bridge").c_str()), 0);
+
+    NetworkInterfaceInfo bridge("br0");
+    EXPECT_TRUE(bridge.present);
+    EXPECT_EQ(bridge.address.ToString(), "127.0.0.1");
+    EXPECT_TRUE(bridge.is_bridge);
+    EXPECT_FALSE(bridge.is_bridge_port);
+    EXPECT_EQ(bridge.bridge, "");
+
+    NetworkInterfaceInfo port("lo");
+    EXPECT_FALSE(port.is_bridge);
+    EXPECT_TRUE(port.is_bridge_port);
+    EXPECT_EQ(port.bridge, "br0");
+}
+
+TEST(NetworkInterfaceInfo, ReadsTopologyChangeOfBridge) {
+    TempRoot root;
+    root.WriteFile("/sys/class/net/br0/bridge/topology_change_timer", "25\n");
+    root.WriteFile("/sys/class/net/br0/bridge/topology_change_detected", "1\n");
+    EXPECT_EQ(TopologyChangeTimer("br0"), 25);
+    EXPECT_EQ(TopologyChangeDetected("br0"), 1);
+    EXPECT_EQ(TopologyChangeTimer("br1"), 0);
+}
+
+TEST(GetHostName, CutsUnterminatedNameTo127Characters) {
+    char buffer[128];
+    std::memset(buffer, 'a', sizeof buffer);
+    EXPECT_EQ(HostNameFromBuffer(buffer, sizeof buffer), std::string(127, 'a'));
+    EXPECT_FALSE(GetHostName().empty());
+}
