@@ -70,6 +70,12 @@ public:
     }
     void Write(const std::string& text) { ASSERT_EQ(socket_.Write(text), text.size()); }
     void ShutdownSending() { socket_.Shutdown(SHUT_WR); }
+    // Closes with a reset instead of an orderly end.
+    void Reset() {
+        linger abort{1, 0};
+        ::setsockopt(socket_.GetFd(), SOL_SOCKET, SO_LINGER, &abort, sizeof abort);
+        socket_.Close();
+    }
     // Appends up to `limit` available bytes to `received`; notes end of input.
     void Read(std::size_t limit = 1 << 20) {
         std::string chunk(std::min<std::size_t>(limit, 65536), '\0');
@@ -195,6 +201,29 @@ TEST_F(SocketServerTest, ThrowingListenerClosesOnlyItsClient) {
         return bystander->received == "ping\n";
     }));
     EXPECT_EQ(listener.removed, 1);
+}
+
+TEST_F(SocketServerTest, ResetPeerIsClosedWithItsError) {
+    auto peer = Connect();
+    testing::internal::CaptureStdout();
+    peer->Reset();
+    bool closed = PollUntil([&] { return listener.removed == 1; });
+    std::string output = testing::internal::GetCapturedStdout();
+    ASSERT_TRUE(closed);
+    EXPECT_EQ(output,
+              "SocketClient::HandleRead(): Got exception StreamFileBase: error in Read: "
+              "Connection reset by peer\n");
+}
+
+TEST_F(SocketServerTest, ListenOnATakenPortFails) {
+    SocketServer second("\n", AF_INET6);
+    try {
+        second.Listen(port);
+        ADD_FAILURE() << "listening twice";
+    } catch (const ErrnoError& e) {
+        EXPECT_STREQ(e.what(), "Socket: unable to bind to ::: Address already in use");
+    }
+    EXPECT_EQ(second.GetPort(), -1);
 }
 
 TEST_F(SocketServerTest, ClientThatNeverReadsDoesNotStopOthers) {

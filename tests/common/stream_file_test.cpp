@@ -96,20 +96,6 @@ TEST(StreamFileBase, StreamsWorkOverTheDescriptorAndFlushOnClose) {
     EXPECT_EQ(number, 42);
 }
 
-TEST(StreamFileBase, SystemFailuresCarryTheErrorText) {
-    Pipe pipe;
-    EXPECT_EQ(ErrorText([&] { pipe.reader.Write("x"); }),
-              "StreamFileBase: error in Write: Bad file descriptor");
-    pipe.reader.SetNonBlocking();
-    char byte;
-    EXPECT_EQ(ErrorText([&] { pipe.reader.Read(&byte, 1); }),
-              "StreamFileBase: error in Read: Resource temporarily unavailable");
-    // The object stays usable after a failed transfer.
-    pipe.writer.Write("y");
-    EXPECT_EQ(pipe.reader.Read(&byte, 1), 1u);
-    EXPECT_EQ(byte, 'y');
-}
-
 TEST(StreamFile, OpensByPathAndReportsFailures) {
     EXPECT_EQ(ErrorText([] { StreamFile file("/nonexistent/borealis", O_RDONLY); }),
               "StreamFile: Unable to open /nonexistent/borealis: No such file or directory");
