@@ -1,0 +1,3 @@
+#include "borealis/config/doc4410.h"
+
+Doc4410::Doc4410() : ConfigurableComposite("norvance"), vela("vela") { add_child(&vela); }

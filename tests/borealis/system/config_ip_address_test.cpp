@@ -1,0 +1,59 @@
+#include "borealis/system/config_ip_address.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+namespace {
+
+// A minimal document <L><gateway/></L> answering compactly.
+class IPAddressDocument : public ConfigurableComposite {
+public:
+    IPAddressDocument() : ConfigurableComposite("L"), gateway("gateway", "192.168.1.1") { add_child(&gateway); }
+
+    std::string Ask(const std::string& request) {
+        std::istringstream in(request);
+        std::ostringstream out;
+        Configurable::set_compact(out);
+        process(in, out);
+        return out.str();
+    }
+
+    ConfigIPAddress gateway;
+};
+
+TEST(ConfigIPAddress, ReadsAndWritesDottedAddresses) {
+    IPAddressDocument doc;
+    EXPECT_EQ(doc.Ask("<L><gateway>&query_item;&query_doctype_item;</gateway></L>"),
+              "192.168.1.1 {int.int.int.int}");
+    doc.set_changed(false);
+
+    EXPECT_EQ(doc.Ask("<L><gateway>10.0.0.254</gateway></L>"), "");
+    EXPECT_EQ(doc.gateway.value().ToString(), "10.0.0.254");
+    EXPECT_TRUE(doc.has_changed());
+
+    doc.gateway.set_default();
+    EXPECT_EQ(doc.gateway.value().ToString(), "192.168.1.1");
+}
+
+TEST(ConfigIPAddress, RejectsTextThatIsNoIPv4Address) {
+    IPAddressDocument doc;
+    doc.set_changed(false);
+    for (const char* text : {"192.168.1.", "gateway", "/tmp/x", "fe80::1"}) {
+        EXPECT_EQ(doc.Ask(std::string("<L><gateway>") + text + "</gateway></L>"),
+                  "<Error Param=\"gateway\">unable to read IP address\n</Error>")
+            << text;
+    }
+    EXPECT_EQ(doc.gateway.value().ToString(), "192.168.1.1");
+    EXPECT_FALSE(doc.has_changed());
+}
+
+TEST(ConfigIPAddress, SettingTheSameAddressIsNoChange) {
+    ConfigIPAddress address("ipaddress", "192.168.1.95");
+    address.set_changed(false);
+    address.set(SocketAddress(std::string("192.168.1.95")));
+    EXPECT_FALSE(address.has_changed());
+}
+
+}  // namespace

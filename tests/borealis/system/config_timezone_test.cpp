@@ -1,0 +1,62 @@
+#include "borealis/system/config_timezone.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+// The zone table is shared by the class: every test leaves it as it found it.
+class ConfigTimezoneTest : public testing::Test {
+protected:
+    ConfigTimezoneTest() {
+        ConfigTimezone first("zone");
+        theSaved = ConfigTimezone::Zones();
+    }
+    ~ConfigTimezoneTest() override { ConfigTimezone::SetZones(theSaved); }
+
+    std::vector<std::string> theSaved;
+};
+
+std::string Ask(Configurable& root, const std::string& request) {
+    std::istringstream in(request);
+    std::ostringstream out;
+    Configurable::set_compact(out);
+    root.process(in, out);
+    return out.str();
+}
+
+TEST_F(ConfigTimezoneTest, StartsWithUTCOnly) {
+    ConfigTimezone zone;
+    EXPECT_EQ(ConfigTimezone::Zones(), std::vector<std::string>{"UTC"});
+    EXPECT_EQ(zone.value_text(), "UTC");
+}
+
+TEST_F(ConfigTimezoneTest, SetsZonesByName) {
+    ConfigTimezone::SetZones({"Europe/Amsterdam", "Europe/Berlin", "UTC"});
+    ConfigTimezone zone;
+    EXPECT_EQ(zone.value_text(), "Europe/Amsterdam");
+    zone.set("Europe/Berlin");
+    EXPECT_EQ(zone.value(), 1);
+    zone.set("Mars/Base");
+    EXPECT_EQ(zone.value_text(), "Europe/Berlin");
+    zone.set(2);
+    EXPECT_EQ(zone.value_text(), "UTC");
+}
+
+TEST_F(ConfigTimezoneTest, ReadsAZoneTableSeparatedByBars) {
+    ConfigurableComposite clock("clock");
+    ConfigTimezone zone;
+    clock.add_child(&zone);
+
+    EXPECT_EQ(Ask(clock, "<clock><zone>{Asia/Tokyo|UTC}</zone></clock>"), "");
+    EXPECT_EQ(ConfigTimezone::Zones(), (std::vector<std::string>{"Asia/Tokyo", "UTC"}));
+    EXPECT_EQ(Ask(clock, "<clock><zone>UTC&query_item;&query_doctype_item;</zone></clock>"),
+              "UTC {Asia/Tokyo|UTC}");
+    EXPECT_EQ(Ask(clock, "<clock><zone>Europe/Berlin</zone></clock>"),
+              "<Error Param=\"zone\">invalid option: Europe/Berlin\n</Error>");
+}
+
+}  // namespace

@@ -1,0 +1,231 @@
+#include "common/socket.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <functional>
+#include <list>
+#include <set>
+#include <string>
+
+#include "tests/support/temp_root.h"
+
+namespace {
+
+std::string ErrorText(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::exception& e) {
+        return e.what();
+    }
+    return "no exception";
+}
+
+SocketAddress Loopback(unsigned short port) {
+    SocketAddress address("127.0.0.1");
+    address.SetPort(port);
+    return address;
+}
+
+// A listening TCP socket on the loopback address with a port of its own.
+Socket LoopbackListener(SocketAddress& bound) {
+    Socket listener(AF_INET, SOCK_STREAM, 0);
+    listener.Bind(Loopback(0));
+    listener.Listen(5);
+    listener.GetSockName(&bound);
+    return listener;
+}
+
+}  // namespace
+
+TEST(SocketAddress, ParsesTextByItsShape) {
+    struct Case {
+        const char* text;
+        int family;
+        socklen_t length;
+    } cases[] = {
+        {"192.168.1.20", AF_INET, 16},
+        {"fe80::1", AF_INET6, 28},
+        {"/tmp/x", AF_UNIX, 8},
+    };
+    for (const Case& c : cases) {
+        SocketAddress address(c.text);
+        EXPECT_EQ(address.GetFamily(), c.family) << c.text;
+        EXPECT_EQ(address.GetLength(), c.length) << c.text;
+        EXPECT_EQ(address.GetPort(), 0) << c.text;
+        EXPECT_EQ(address.ToString(), c.text);
+    }
+    for (const char* bad : {"192.168.1.", "fe80:::1::2", "localhost"})
+        EXPECT_EQ(ErrorText([&] { SocketAddress address(bad); }),
+                  std::string("SocketAddress: illegal address ") + bad);
+    EXPECT_THROW(SocketAddress("1.2.3"), SocketError);
+}
+
+TEST(SocketAddress, BroadcastSetsTheHostBits) {
+    struct Case {
+        const char *address, *netmask, *broadcast;
+    } cases[] = {
+        {"192.168.1.20", "255.255.255.0", "192.168.1.255"},
+        {"10.1.2.3", "255.0.0.0", "10.255.255.255"},
+        {"172.16.5.4", "255.255.255.255", "172.16.5.4"},
+        {"fe80::1", "ffff::", "::"},
+        {"/tmp/x", "/tmp/y", ""},
+    };
+    for (const Case& c : cases) {
+        SocketAddress address(c.address);
+        address.SetPort(99);
+        SocketAddress broadcast =
+            SocketAddress::BroadcastAddress(address, SocketAddress(c.netmask));
+        EXPECT_EQ(broadcast.ToString(), c.broadcast);
+        EXPECT_EQ(broadcast.GetPort(), 0);
+    }
+}
+
+TEST(SocketAddress, ComparesFamilyThenAddressBytes) {
+    SocketAddress a("10.0.0.1"), b("10.0.0.2"), v6("::1");
+    EXPECT_TRUE(a < b);
+    EXPECT_TRUE(a < v6);  // AF_INET sorts before AF_INET6
+    EXPECT_FALSE(v6 < a);
+    EXPECT_EQ(a, SocketAddress("10.0.0.1"));
+    SocketAddress a_port = a;
+    a_port.SetPort(4410);
+    EXPECT_NE(a, a_port);
+    SocketAddress scoped = v6;
+    scoped.SetScopeId(2);
+    EXPECT_NE(v6, scoped);
+    // Paths of different lengths are neither equal nor equivalent.
+    SocketAddress short_path("/a"), long_path("/ab");
+    EXPECT_NE(short_path, long_path);
+    EXPECT_TRUE(short_path < long_path);
+    EXPECT_FALSE(long_path < short_path);
+    std::set<SocketAddress> keys{b, a, v6, a_port, short_path, long_path, SocketAddress("10.0.0.2")};
+    EXPECT_EQ(keys.size(), 6u);
+    EXPECT_EQ(*keys.begin(), short_path);
+}
+
+TEST(SocketAddress, ResolvesHostNames) {
+    SocketAddress local("localhost", AF_INET);
+    EXPECT_EQ(local.ToString(), "127.0.0.1");
+    EXPECT_EQ(local.GetPort(), 0);
+    // A numeric IPv4 host asked for as IPv6 fails without any lookup.
+    try {
+        SocketAddress address("127.0.0.1", AF_INET6);
+        ADD_FAILURE() << "resolved";
+    } catch (const HostNotFound& e) {
+        EXPECT_EQ(std::string(e.what()).rfind("SocketAddress: 127.0.0.1 not found: ", 0), 0u)
+            << e.what();
+    }
+}
+
+TEST(Socket, CopyOwnsAnIndependentDescriptor) {
+    Socket socket(AF_INET, SOCK_STREAM, 0);
+    {
+        Socket copy(socket);
+        EXPECT_NE(copy.GetFd(), socket.GetFd());
+        EXPECT_GE(copy.GetFd(), 0);
+        copy.Close();
+    }
+    EXPECT_NE(::fcntl(socket.GetFd(), F_GETFD), -1);
+    socket.Bind(Loopback(0));
+    SocketAddress bound;
+    socket.GetSockName(&bound);
+    EXPECT_EQ(bound.ToString(), "127.0.0.1");
+}
+
+TEST(Socket, AcceptWithNothingPendingReportsEAGAIN) {
+    SocketAddress bound;
+    Socket listener = LoopbackListener(bound);
+    try {
+        listener.Accept();
+        ADD_FAILURE() << "accepted";
+    } catch (const Socket::EConnAborted&) {
+        ADD_FAILURE() << "reported as aborted";
+    } catch (const ErrnoError& e) {
+        EXPECT_STREQ(e.what(), "Socket: accept error: Resource temporarily unavailable");
+    }
+
+    Socket client(AF_INET, SOCK_STREAM, 0);
+    client.Connect(bound, 5);
+    SocketAddress peer;
+    Socket accepted = listener.Accept(&peer);
+    SocketAddress client_address;
+    client.GetSockName(&client_address);
+    EXPECT_EQ(peer, client_address);
+    accepted.GetPeerName(&peer);
+    EXPECT_EQ(peer, client_address);
+}
+
+TEST(Socket, RefusedConnectWithinTheLimitIsThePlainError) {
+    Socket socket(AF_INET, SOCK_STREAM, 0);
+    try {
+        socket.Connect(Loopback(UniqueTestPort()), 5);
+        ADD_FAILURE() << "connected";
+    } catch (const SocketConnectionTimedOut& e) {
+        ADD_FAILURE() << e.what();
+    } catch (const ErrnoError& e) {
+        EXPECT_STREQ(e.what(), "Socket: unable to connect to 127.0.0.1: Connection refused");
+    }
+}
+
+TEST(Socket, ConnectToAFullBacklogTimesOut) {
+    // A Unix-domain listener that never accepts: once its backlog is full a
+    // blocking connect waits until the alarm interrupts it.
+    TempRoot root(false);
+    SocketAddress address(root.path() + "/full");
+    Socket listener(AF_UNIX, SOCK_STREAM, 0);
+    listener.Bind(address);
+    listener.Listen(0);
+    std::list<Socket> queued;
+    for (;;) {
+        queued.emplace_back(AF_UNIX, SOCK_STREAM, 0);
+        queued.back().SetNonBlocking();
+        if (::connect(queued.back().GetFd(), address.GetSockAddr(), address.GetLength()) != 0)
+            break;
+        ASSERT_LT(queued.size(), 100u);
+    }
+    Socket late(AF_UNIX, SOCK_STREAM, 0);
+    EXPECT_EQ(ErrorText([&] { late.Connect(address, 1); }),
+              "Socket: unable to connect to " + address.ToString() +
+                  ": Interrupted system call: timed out");
+    EXPECT_EQ(::alarm(0), 0u);
+}
+
+TEST(Socket, BindClearsTheFileCreationMaskOnlyForTheCall) {
+    TempRoot root(false);
+    mode_t saved = ::umask(077);
+    Socket bound(AF_UNIX, SOCK_STREAM, 0);
+    bound.Bind(SocketAddress(root.path() + "/open"));
+    struct stat info;
+    ASSERT_EQ(::stat((root.path() + "/open").c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0777u);
+
+    Socket failing(AF_UNIX, SOCK_STREAM, 0);
+    std::string missing = root.path() + "/missing/s";
+    EXPECT_EQ(ErrorText([&] { failing.Bind(SocketAddress(missing)); }),
+              "Socket: unable to bind to " + missing + ": No such file or directory");
+    EXPECT_EQ(::umask(saved), 077u);
+}
+
+TEST(Socket, DatagramsCarryTheSenderAddress) {
+    Socket receiver(AF_INET, SOCK_DGRAM, 0);
+    receiver.Bind(Loopback(0));
+    SocketAddress to;
+    receiver.GetSockName(&to);
+    Socket sender(AF_INET, SOCK_DGRAM, 0);
+    sender.Bind(Loopback(0));
+    EXPECT_EQ(sender.SendTo("ping", 4, 0, to), 4u);
+
+    char buffer[16];
+    SocketAddress from;
+    ASSERT_EQ(receiver.RecvFrom(buffer, sizeof buffer, 0, &from), 4u);
+    EXPECT_EQ(std::string(buffer, 4), "ping");
+    SocketAddress sender_address;
+    sender.GetSockName(&sender_address);
+    EXPECT_EQ(from, sender_address);
+
+    receiver.SetNonBlocking();
+    EXPECT_EQ(ErrorText([&] { receiver.Recv(buffer, sizeof buffer, 0); }),
+              "Socket: error in Recv: Resource temporarily unavailable");
+}

@@ -1,0 +1,108 @@
+#include "common/stream_file.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <functional>
+#include <string>
+
+#include "common/errno_error.h"
+
+namespace {
+
+std::string ErrorText(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::exception& e) {
+        return e.what();
+    }
+    return "no exception";
+}
+
+// Both ends of a pipe, each owned by a StreamFileBase.
+struct Pipe {
+    Pipe() {
+        int fds[2];
+        if (::pipe(fds) != 0) throw std::runtime_error("pipe failed");
+        reader.SetFd(fds[0]);
+        writer.SetFd(fds[1]);
+    }
+    StreamFileBase reader;
+    StreamFileBase writer;
+};
+
+bool DescriptorIsOpen(int fd) { return ::fcntl(fd, F_GETFD) != -1; }
+
+}  // namespace
+
+TEST(StreamFileBase, RejectsInvalidDescriptors) {
+    EXPECT_EQ(ErrorText([] { StreamFileBase file(-1); }), "StreamFileBase: invalid file descriptor");
+
+    Pipe pipe;
+    int old_fd = pipe.reader.GetFd();
+    EXPECT_EQ(ErrorText([&] { pipe.reader.SetFd(-1); }), "StreamFileBase: invalid file descriptor");
+    EXPECT_FALSE(DescriptorIsOpen(old_fd));
+    EXPECT_EQ(pipe.reader.GetFd(), -1);
+
+    StreamFileBase closed;
+    EXPECT_EQ(ErrorText([&] { StreamFileBase copy(closed); }), "StreamFileBase: invalid file descriptor");
+}
+
+TEST(StreamFileBase, ClosedObjectRefusesEveryOperation) {
+    StreamFileBase file;
+    char byte = 0;
+    std::string text;
+    const std::function<void()> operations[] = {
+        [&] { file.Write(&byte, 1); },     [&] { file.Write(std::string("x")); },
+        [&] { file.Read(&byte, 1); },      [&] { file.Read(text); },
+        [&] { file.GetOStream(); },        [&] { file.GetIStream(); },
+        [&] { file.SetNonBlocking(); },
+    };
+    for (const auto& operation : operations)
+        EXPECT_EQ(ErrorText(operation), "StreamFileBase: file is closed");
+    file.Close();  // closing a closed object does nothing
+}
+
+TEST(StreamFileBase, ReadIntoStringTakesAtMost4096Bytes) {
+    Pipe pipe;
+    std::string pending(10000, '\0');
+    for (std::size_t i = 0; i < pending.size(); ++i) pending[i] = static_cast<char>(i % 251);
+    ASSERT_EQ(pipe.writer.Write(pending), pending.size());
+
+    std::string out = "stale";
+    EXPECT_EQ(pipe.reader.Read(out), 4096u);
+    EXPECT_EQ(out, pending.substr(0, 4096));
+    EXPECT_EQ(pipe.reader.Read(out), 4096u);
+    EXPECT_EQ(pipe.reader.Read(out), 10000u - 8192u);
+    EXPECT_EQ(out, pending.substr(8192));
+
+    pipe.writer.Close();
+    out = "stale";
+    EXPECT_EQ(pipe.reader.Read(out), 0u);
+    EXPECT_EQ(out, "");
+}
+
+TEST(StreamFileBase, StreamsWorkOverTheDescriptorAndFlushOnClose) {
+    Pipe pipe;
+    pipe.writer.GetOStream() << "reading " << 42 << '\n';
+    EXPECT_EQ(&pipe.writer.GetOStream(), &pipe.writer.GetOStream());
+    pipe.writer.Close();  // unflushed text goes out when the stream is released
+
+    std::string word;
+    int number = 0;
+    pipe.reader.GetIStream() >> word >> number;
+    EXPECT_EQ(word, "reading");
+    EXPECT_EQ(number, 42);
+}
+
+TEST(StreamFile, OpensByPathAndReportsFailures) {
+    EXPECT_EQ(ErrorText([] { StreamFile file("/nonexistent/borealis", O_RDONLY); }),
+              "StreamFile: Unable to open /nonexistent/borealis: No such file or directory");
+
+    StreamFile file("/dev/null", O_RDWR);
+    StreamFile copy(file);
+    EXPECT_NE(copy.GetFd(), file.GetFd());
+    copy.Close();
+    EXPECT_EQ(file.Write("kept"), 4u);
+}

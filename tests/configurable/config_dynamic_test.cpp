@@ -1,0 +1,100 @@
+#include <gtest/gtest.h>
+
+#include "configurable/config_dynamic.h"
+#include "tests/configurable/test_tree.h"
+
+namespace {
+
+TEST(ConfigurableDynamic, ReplacesItsChildrenFromXml) {
+    TestTree tree;
+    const struct {
+        const char* request;
+        const char* answer;
+        const char* list;  // the list afterwards
+    } cases[] = {
+        {"<L><dyn><val>1.2</val></dyn></L>", "", "<val>1.2</val>"},
+        {"<L><dyn><val1>1</val1><val2>2</val2><val3>3</val3></dyn></L>", "",
+         "<val1>1</val1><val2>2</val2><val3>3</val3>"},
+        {"<L><dyn><val>1</val><val>2</val><val>3</val></dyn></L>", "",
+         "<val>1</val><val>2</val><val>3</val>"},
+        {"<L><dyn><val>1</val><val>2</val><val>error</val><val>4</val><val>another error</val>"
+         "</dyn></L>",
+         "<Error Param=\"val\">unable to read float</Error>"
+         "<Error Param=\"val\">unable to read float</Error>",
+         "<val>1</val><val>2</val><val>4</val>"},
+        // Without child elements the list stays as it was.
+        {"<L><dyn/><dyn>&query_item;</dyn></L>", "<val>1</val><val>2</val><val>4</val>",
+         "<val>1</val><val>2</val><val>4</val>"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Process(tree.L, c.request), c.answer) << c.request;
+        EXPECT_EQ(Process(tree.L, "<L><dyn>&query_item;</dyn></L>"), c.list) << c.request;
+    }
+    EXPECT_EQ(Process(tree.L, "<L><dyn>&query;</dyn></L>"),
+              "<L><dyn><val>1</val><val>2</val><val>4</val></dyn></L>");
+}
+
+TEST(ConfigurableDynamic, ChangeAnswerGivesTheWholeList) {
+    TestTree tree;
+    Process(tree.L, "<L><dyn><x>1</x><y>2</y></dyn></L>");
+    tree.L.set_changed(false);
+    tree.dyn.at(1).set(5);
+    EXPECT_EQ(Process(tree.L, "&query_changes_item;"), "<L><dyn><x>1</x><y>5</y></dyn></L>");
+}
+
+TEST(ConfigurableDynamic, AddAndClearMarkTheList) {
+    TestTree tree;
+    tree.dyn.add_child(new TestFloat("v", 1));
+    tree.dyn.add_child(new TestFloat("v", 2));
+    EXPECT_TRUE(tree.dyn.has_changed());
+    EXPECT_TRUE(tree.L.has_changed());
+    tree.dyn.set_changed(false);
+    EXPECT_EQ(tree.dyn.children().size(), 2u);
+    EXPECT_TRUE(tree.L.has_changed());
+    tree.L.set_changed(false);
+    tree.dyn.clear();
+    EXPECT_EQ(tree.dyn.children().size(), 0u);
+    EXPECT_TRUE(tree.dyn.has_changed());
+    EXPECT_TRUE(tree.L.has_changed());
+    tree.L.set_changed(false);
+    tree.dyn.clear();  // an empty list is not marked
+    EXPECT_FALSE(tree.L.has_changed());
+}
+
+TEST(ConfigurableDynamic, AssignmentCopiesFlagsOrReplacesChildren) {
+    ConfigurableCompositeDynamic<TestFloat> target{"dyn"};
+    ConfigurableCompositeDynamic<TestFloat> source{"dyn"};
+    target.add_child(new TestFloat("a", 1));
+    source.add_child(new TestFloat("b", 1));
+    target.set_changed(false);
+    const TestFloat* kept = &target.at(0);
+
+    source.set_persistent(false);
+    target = source;  // pairwise equal: only the flags are copied
+    EXPECT_EQ(&target.at(0), kept);
+    EXPECT_EQ(target.at(0).name(), "a");
+    EXPECT_FALSE(target.is_persistent());
+    EXPECT_TRUE(target.has_changed());
+
+    target.set_changed(false);
+    source.at(0).set(2);
+    source.add_child(new TestFloat("c", 3));
+    target = source;
+    ASSERT_EQ(target.children().size(), 2u);
+    EXPECT_EQ(target.at(0).name(), "b");
+    EXPECT_EQ(target.at(0).value(), 2);
+    EXPECT_EQ(target.at(1).value(), 3);
+    EXPECT_EQ(target.at(1).parent(), &target);
+    EXPECT_TRUE(target.has_changed());
+}
+
+TEST(ConfigurableDynamic, DropsAChildThatThrows) {
+    TestTree tree;
+    tree.L.set_throw_errors(true);
+    Process(tree.L, "<L><dyn><v>1</v></dyn></L>");
+    EXPECT_THROW(Process(tree.L, "<L><dyn><v>2</v><v>x</v></dyn></L>"), Configurable::Error);
+    ASSERT_EQ(tree.dyn.children().size(), 1u);
+    EXPECT_EQ(tree.dyn.at(0).value(), 2);
+}
+
+}  // namespace

@@ -1,0 +1,100 @@
+#include <gtest/gtest.h>
+
+#include "configurable/configurable.h"
+#include "tests/configurable/session.h"
+#include "tests/configurable/test_tree.h"
+
+namespace {
+
+TEST(Configurable, AnswersASessionOfRequests) {
+    TestTree tree;
+    int step = 0;
+    for (const SessionStep& s : SESSION) {
+        if (s.clearFirst) tree.L.set_changed(false);
+        EXPECT_EQ(Process(tree.L, s.request), s.answer) << "step " << step << ": " << s.request;
+        ++step;
+    }
+}
+
+TEST(Configurable, ThrowsErrorsWhenAsked) {
+    TestTree tree;
+    tree.L.set_throw_errors(true);
+    try {
+        Process(tree.L, "<L><a>qwerty</a><b>2.1</b><a> &query_item; </a><b> &query_item; </b></L>");
+        FAIL() << "no error thrown";
+    } catch (const Configurable::Error& error) {
+        EXPECT_STREQ(error.what(), "XML error in item \"a\": unable to read float");
+    }
+    EXPECT_FLOAT_EQ(tree.b.value(), 0.1234f);
+    // Attributes added later take the flag too.
+    EXPECT_THROW(Process(tree.L, "<L><dog pitch=\"x\"/></L>"), Configurable::Error);
+}
+
+TEST(Configurable, ProcessFailsTheStreamOnBadDocuments) {
+    TestTree tree;
+    for (const char* bad : {"<attic/>", "<L></a>", "> <L/>", "<L><a>junk</a></L>"}) {
+        std::istringstream in(bad);
+        std::ostringstream out;
+        tree.L.process(in, out);
+        EXPECT_EQ(in.fail(), std::string(bad) != "<L><a>junk</a></L>") << bad;
+    }
+}
+
+TEST(Configurable, ChangeMarksSpreadUpAndClearDown) {
+    TestTree tree;
+    tree.f.set_changed(true);
+    EXPECT_TRUE(tree.L.has_changed());
+    EXPECT_TRUE(tree.d.has_changed());
+    EXPECT_FALSE(tree.e.has_changed());
+    tree.f.set_changed(false);
+    EXPECT_TRUE(tree.L.has_changed());
+    tree.GG.set_changed(true);
+    tree.pitch.set_changed(true);
+    tree.L.set_changed(false);
+    for (const Configurable* node : std::vector<const Configurable*>{
+             &tree.L, &tree.d, &tree.GG, &tree.dog, &tree.pitch, tree.dog.attributes()}) {
+        EXPECT_FALSE(node->has_changed()) << node->name();
+    }
+}
+
+TEST(Configurable, WritesDocumentsIndentedUnlessCompact) {
+    TestTree tree;
+    std::ostringstream indented;
+    indented << tree.c;
+    EXPECT_EQ(indented.str(), "\n<L>\n\t<c>\n\t\t43.21\n\t</c>\n</L>");
+
+    std::ostringstream compact;
+    Configurable::set_compact(compact);
+    write_changes(compact, tree.L);
+    EXPECT_EQ(compact.str(), "");
+    tree.f.set_changed(true);
+    write_changes(compact, tree.L);
+    write_type_description(compact, tree.f);
+    EXPECT_EQ(compact.str(), "<L><d><f>6.5</f></d></L><L><d><f>{float}</f></d></L>");
+}
+
+class RecordingObserver : public ConfigurableObserver {
+public:
+    void on_changed(const ConfigurableEvent& e) override { log += "changed " + e.configurable()->name() + ";"; }
+    void on_read_begin(const ConfigurableEvent&) override { log += "begin;"; }
+    void on_read_end(const ConfigurableEvent&) override { log += "end;"; }
+    void on_read_text(const ConfigurableEvent&, const std::string& text, std::ostream&) override {
+        log += "text " + text + ";";
+    }
+    void on_write_begin(const ConfigurableEvent&) override { log += "write;"; }
+    void on_write_end(const ConfigurableEvent&) override { log += "written;"; }
+    std::string log;
+};
+
+TEST(Configurable, TellsTheObserver) {
+    TestTree tree;
+    RecordingObserver observer;
+    tree.c.set_observer(&observer);
+    Process(tree.L, "<L><c>5&query_item;</c></L>");
+    EXPECT_EQ(observer.log, "begin;text 5&query_item;;changed c;end;");
+    observer.log.clear();
+    Process(tree.L, "<L><c>&query;</c></L>");
+    EXPECT_EQ(observer.log, "begin;text &query;;write;written;end;");
+}
+
+}  // namespace
