@@ -14,8 +14,7 @@ volatile std::sig_atomic_t alarm_received = 0;
 void RecordAlarm(int) { alarm_received = 1; }
 
 // The alarm must interrupt a blocking connect, so its handler is installed
-// without SA_RESTART.
-// TODO(lead): replace by catch_signal(SIGALRM) from common/daemon_app.h,
+// without SA_RESTART. To become catch_signal(SIGALRM) of common/daemon_app.h,
 // which records into the process's received-signal set.
 void InstallAlarmRecorder() {
     struct sigaction action;
