@@ -7,23 +7,9 @@
 #include <cerrno>
 #include <csignal>
 
+#include "common/daemon_app.h"
+
 namespace {
-
-volatile std::sig_atomic_t alarm_received = 0;
-
-void RecordAlarm(int) { alarm_received = 1; }
-
-// The alarm must interrupt a blocking connect, so its handler is installed
-// without SA_RESTART. To become catch_signal(SIGALRM) of common/daemon_app.h,
-// which records into the process's received-signal set.
-void InstallAlarmRecorder() {
-    struct sigaction action;
-    action.sa_handler = RecordAlarm;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = 0;
-    if (sigaction(SIGALRM, &action, nullptr) != 0)
-        throw ErrnoError("Unable to install signal handler");
-}
 
 // Clears the file-creation mask and puts the old one back on every path.
 class ClearedUmask {
@@ -88,7 +74,8 @@ void Socket::Connect(const SocketAddress& address) {
 
 void Socket::Connect(const SocketAddress& address, unsigned seconds) {
     CheckOpen();
-    InstallAlarmRecorder();
+    // The recording handler for the alarm interrupts the connect.
+    catch_signal(received_signals(), SIGALRM);
     ::alarm(seconds);
     try {
         Connect(address);

@@ -82,6 +82,9 @@ void BorealisApp::reroute_output_to_syslog() {
 
 int BorealisApp::run(int argc, char* argv[]) {
     catch_signal(received_signals(), SIGINT);
+    // A client that resets its connection must end only that client (its
+    // write fails with EPIPE), never the daemon.
+    ignore_signal(received_signals(), SIGPIPE);
 
     int exit_code = 0;
     if (!parse_options(argc, argv, exit_code)) return exit_code;
