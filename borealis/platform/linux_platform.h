@@ -9,6 +9,11 @@ public:
     std::string Path(const std::string& path) const override { return path; }
     unsigned short Port() const override { return 4410; }
     bool IsSimulated() const override { return false; }
+
+    // --- Signal-processor device and the clock of its programmable logic ---
+    int OpenDsp(const std::string& path) override;
+    void StartCpldClock(int fd) override;
+    void SetClockYz(int fd, std::uint32_t value) override;
 };
 
 #endif
