@@ -160,8 +160,13 @@ public:
     // ("Unable to set CPLD clock_yz register").
     void SetClockYz(std::uint32_t value);
 
+    // The device's descriptor, polled by the loop.
     int GetFd() override { return device_.GetFd(); }
+    // Reads once and delivers every complete frame of that read; the first
+    // read after opening is discarded. Errors are printed, not thrown.
     void HandleRead() override;
+    // Writes the whole queue at once and keeps what was not taken; asks for
+    // output again while words remain. Errors are printed, not thrown.
     void HandleWrite() override;
     const char* GetName() override { return "DSPDevice"; }
 

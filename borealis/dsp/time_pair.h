@@ -19,6 +19,7 @@ struct TimePair {
     bool IsZero() const { return seconds == 0 && nanoseconds == 0; }
 };
 
+// Sums, differences and comparisons of times, normalised.
 TimePair operator+(const TimePair& a, const TimePair& b);
 TimePair operator-(const TimePair& a, const TimePair& b);
 bool operator<(const TimePair& a, const TimePair& b);

@@ -126,21 +126,18 @@ TEST(DSPDevice, PartialWriteKeepsOutputEventUntilQueueIsEmpty) {
         expected = expected + Frame(cmd, payload);
     }
     Bytes received;
-    int writes = 0;
-    while (device.QueuedWords() > 0 && writes < 100) {
-        // Drained before each turn of the loop, so that the device only writes.
+    auto drain = [&] {
         Bytes chunk(65536);
-        ssize_t n;
-        while ((n = ::read(reader, chunk.data(), chunk.size())) > 0)
+        for (ssize_t n; (n = ::read(reader, chunk.data(), chunk.size())) > 0;)
             received.insert(received.end(), chunk.begin(), chunk.begin() + n);
+    };
+    int writes = 0;
+    for (; device.QueuedWords() > 0 && writes < 100; ++writes) {
+        drain();  // before each turn of the loop, so that the device only writes
         ASSERT_EQ(POLLIN | POLLOUT, device.GetEvents());
         PollProcessor::Instance().Poll(1000);
-        ++writes;
     }
-    Bytes chunk(65536);
-    ssize_t n;
-    while ((n = ::read(reader, chunk.data(), chunk.size())) > 0)
-        received.insert(received.end(), chunk.begin(), chunk.begin() + n);
+    drain();
     ::close(reader);
     EXPECT_GT(writes, 3);
     EXPECT_EQ(POLLIN, device.GetEvents());
@@ -157,7 +154,6 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
     c.device.SetListener(&throwing);
     CaptureStdout out;
     // A failing callback loses the rest of its read, not the next one.
-    throwing.events.clear();
     c.peer.Send(Frame(2, {}));  // the first read, discarded
     c.peer.Send(Frame(3, {'x'}) + Frame(2, {}));
     c.peer.Send(Frame(24, {}));
@@ -170,9 +166,11 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
     std::vector<std::uint16_t> big(DSPDevice::kBufferWords, 1);
     c.device.Send(1, big.data(), static_cast<std::uint16_t>(big.size()));
     ASSERT_TRUE(PumpUntil([&] { return out.Text().find("HandleWrite") != std::string::npos; }));
-    EXPECT_EQ("DSPDevice::HandleRead(): ERROR: no room for x\n"
-              "DSPDevice::HandleWrite(): ERROR: StreamFileBase: error in Write: Message too long\n",
-              out.Text().substr(0, out.Text().find('\n', out.Text().find("HandleWrite")) + 1));
+    // The refused write is printed again at every turn of the loop.
+    EXPECT_EQ(0u, out.Text().find(
+                      "DSPDevice::HandleRead(): ERROR: no room for x\n"
+                      "DSPDevice::HandleWrite(): ERROR: StreamFileBase: error in Write: Message too long\n"))
+        << out.Text();
     EXPECT_EQ(DSPDevice::kBufferWords + 6, c.device.QueuedWords());
     EXPECT_EQ(POLLIN | POLLOUT, c.device.GetEvents());
     c.device.SetListener(nullptr);

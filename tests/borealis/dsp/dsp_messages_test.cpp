@@ -101,30 +101,23 @@ TEST(DSPMessages, BuildsDiagFromFlagsAndSignal) {
     const struct {
         std::uint32_t flags;
         float rssi, drop_rate;
-        std::uint32_t diag;
+        const char* diag;
     } cases[] = {
-        {0, 50, 0, 0},
-        {0x80, 50, 0, 0x8000}, {0x01, 50, 0, 0x2000}, {0x02, 50, 0, 0x1000},
-        {0x20, 50, 0, 0x0800}, {0x40, 50, 0, 0x0400}, {0x04, 50, 0, 0x0008},
-        {0x08, 50, 0, 0x0004}, {0x10, 50, 0, 0x0002},
-        {0xFFFF00FF, 50, 0, 0xBC0E},  // only the low 16 bits are flags
-        {0, 9.5f, 0, 0x4000}, {0, 10.0f, 90.0f, 0}, {0, 10.0f, 90.5f, 0x4000},
+        {0, 50, 0, "0x0"},
+        {0x80, 50, 0, "0x8000"}, {0x01, 50, 0, "0x2000"}, {0x02, 50, 0, "0x1000"},
+        {0x20, 50, 0, "0x800"}, {0x40, 50, 0, "0x400"}, {0x04, 50, 0, "0x8"},
+        {0x08, 50, 0, "0x4"}, {0x10, 50, 0, "0x2"},
+        {0xFFFF00FF, 50, 0, "0xbc0e"},  // only the low 16 bits are flags
+        {0, 9.5f, 0, "0x4000"}, {0, 10.0f, 90.0f, "0x0"}, {0, 10.0f, 90.5f, "0x4000"},
     };
     for (const auto& c : cases) {
         std::vector<float> values(15, 1.0f);
         values[4] = c.rssi;
         values[13] = c.drop_rate;
-        struct : DSPDevice::Listener {
-            std::uint32_t diag = 0xDEAD;
-            void GotData(std::uint32_t, std::uint32_t, const DSPDataRecord& r) override { diag = r.diag; }
-        } data;
-        const Words words = Fields(values, 14, c.flags);
-        DSPFrame frame;
-        frame.cmd = 7;
-        frame.words = words.data();
-        frame.length = 30;
-        DecodeDspMessage(frame, data);
-        EXPECT_EQ(c.diag, data.diag) << std::hex << "flags 0x" << c.flags << " rssi " << c.rssi;
+        const auto events = Decode(7, Fields(values, 14, c.flags));
+        ASSERT_EQ(1u, events.size());
+        EXPECT_NE(std::string::npos, events[0].find(" diag " + std::string(c.diag) + ":"))
+            << events[0];
     }
 }
 
