@@ -42,11 +42,11 @@ struct Connected {
 
 using Events = std::vector<std::string>;
 
-// The text of the ErrnoError that `action` throws; empty when none.
+// The text of the exception that `action` throws; empty when none.
 std::string ErrorOf(const std::function<void()>& action) {
     try {
         action();
-    } catch (const ErrnoError& error) {
+    } catch (const std::exception& error) {
         return error.what();
     }
     return "";
@@ -196,6 +196,23 @@ TEST(DSPDevice, CpldRequestsWriteTheSimulatedRegisterFiles) {
     EXPECT_EQ("37768", c.root.ReadFile(folder + "clock_yz"));
     c.device.SetClockYz(1);
     EXPECT_EQ("1", c.root.ReadFile(folder + "clock_yz"));
+}
+
+
+TEST(DSPDevice, CpldRequestsOnTheAnalyzerGoToTheDevice) {
+    // A plain file takes the place of the device: the driver's requests fail
+    // on it, after root rights were gained (or refused) and given back.
+    TempRoot root(false);
+    root.WriteFile("/dsp4410", "");
+    DSPDevice device(root / "/dsp4410");
+    const uid_t user = ::geteuid();
+    const std::string refused = "Unable to gain super user priviledges: Operation not permitted";
+    EXPECT_EQ(user == 0 ? "Unable to start CPLD clock: Inappropriate ioctl for device" : refused,
+              ErrorOf([&] { device.StartCpldClock(); }));
+    EXPECT_EQ(user == 0 ? "Unable to set CPLD clock_yz register: Inappropriate ioctl for device"
+                        : refused,
+              ErrorOf([&] { device.SetClockYz(32768); }));
+    EXPECT_EQ(user, ::geteuid());
 }
 
 }  // namespace
