@@ -11,6 +11,11 @@ public:
     bool IsSimulated() const override { return false; }
 
     std::string InterfaceName(const std::string& name) const override { return name; }
+
+    // --- Signal-processor device and the clock of its programmable logic ---
+    int OpenDsp(const std::string& path) override;
+    void StartCpldClock(int fd) override;
+    void SetClockYz(int fd, std::uint32_t value) override;
 };
 
 #endif

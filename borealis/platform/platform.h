@@ -1,6 +1,7 @@
 #ifndef BOREALIS_PLATFORM_PLATFORM_H
 #define BOREALIS_PLATFORM_PLATFORM_H
 
+#include <cstdint>
 #include <string>
 
 // The narrow interface between the daemon and the analyzer's board: the
@@ -25,6 +26,21 @@ public:
     // The host network interface that stands for the analyzer's interface
     // `name` in kernel interface requests.
     virtual std::string InterfaceName(const std::string& name) const = 0;
+
+    // --- Signal-processor device and the clock of its programmable logic ---
+
+    // Opens the signal-processor device named by the system path `path`
+    // (normally "/dev/dsp4410") for reading and writing and returns the
+    // descriptor, which the caller owns. Throws ErrnoError
+    // ("StreamFile: Unable to open " + the path used).
+    virtual int OpenDsp(const std::string& path) = 0;
+    // Starts the CPLD clock through the open device `fd`, with root rights.
+    // Throws ErrnoError("Unable to start CPLD clock").
+    virtual void StartCpldClock(int fd) = 0;
+    // Writes `value` into the CPLD register clock_yz through the open device
+    // `fd`, with root rights. Throws ErrnoError("Unable to set CPLD clock_yz
+    // register").
+    virtual void SetClockYz(int fd, std::uint32_t value) = 0;
 };
 
 #endif

@@ -22,6 +22,14 @@ public:
 
     const std::string& Root() const { return root_; }
 
+    // --- Signal-processor device and the clock of its programmable logic ---
+    // The device is a SOCK_SEQPACKET socket under the root, played by the
+    // simulator; the CPLD requests become writes of decimal text to files
+    // under <root>/sys/devices/platform/io4410/.
+    int OpenDsp(const std::string& path) override;
+    void StartCpldClock(int fd) override;
+    void SetClockYz(int fd, std::uint32_t value) override;
+
 private:
     std::string root_;
     unsigned short port_;

@@ -1,0 +1,45 @@
+#include "borealis/dsp/time_pair.h"
+
+namespace {
+const std::int64_t kNanosecondsPerSecond = 1000000000;
+}
+
+TimePair TimePair::Of(std::int64_t seconds, std::int64_t nanoseconds) {
+    seconds += nanoseconds / kNanosecondsPerSecond;
+    nanoseconds %= kNanosecondsPerSecond;
+    // Give the nanoseconds the sign of the seconds.
+    if (seconds > 0 && nanoseconds < 0) {
+        --seconds;
+        nanoseconds += kNanosecondsPerSecond;
+    } else if (seconds < 0 && nanoseconds > 0) {
+        ++seconds;
+        nanoseconds -= kNanosecondsPerSecond;
+    }
+    TimePair result;
+    // Seconds outside the 32-bit range wrap around instead of overflowing.
+    result.seconds = static_cast<std::int32_t>(static_cast<std::uint32_t>(seconds));
+    result.nanoseconds = static_cast<std::int32_t>(nanoseconds);
+    return result;
+}
+
+std::int64_t TimePair::TotalNanoseconds() const {
+    return static_cast<std::int64_t>(seconds) * kNanosecondsPerSecond + nanoseconds;
+}
+
+TimePair operator+(const TimePair& a, const TimePair& b) {
+    return TimePair::Of(static_cast<std::int64_t>(a.seconds) + b.seconds,
+                        static_cast<std::int64_t>(a.nanoseconds) + b.nanoseconds);
+}
+
+TimePair operator-(const TimePair& a, const TimePair& b) {
+    return TimePair::Of(static_cast<std::int64_t>(a.seconds) - b.seconds,
+                        static_cast<std::int64_t>(a.nanoseconds) - b.nanoseconds);
+}
+
+bool operator<(const TimePair& a, const TimePair& b) {
+    return a.TotalNanoseconds() < b.TotalNanoseconds();
+}
+
+bool operator==(const TimePair& a, const TimePair& b) {
+    return a.seconds == b.seconds && a.nanoseconds == b.nanoseconds;
+}

@@ -1,0 +1,67 @@
+// The signal-processor device and its CPLD clock requests on the analyzer.
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+
+#include "borealis/platform/linux_platform.h"
+#include "common/errno_error.h"
+
+namespace {
+
+// Request numbers of the signal-processor driver for its CPLD.
+const unsigned long kStartCpldClockRequest = 0x8008DE01ul;  // reads 8 bytes
+const unsigned long kSetClockYzRequest = 0x4004DE02ul;      // writes 4 bytes
+
+// Holds root rights for its lifetime and gives back the effective user it
+// found, on every path out of the request.
+class RootRights {
+public:
+    RootRights() : saved_(::geteuid()) {
+        if (::seteuid(0) != 0)
+            throw std::runtime_error(std::string("Unable to gain super user priviledges: ") +
+                                     std::strerror(errno));
+    }
+    ~RootRights() {
+        int saved_errno = errno;  // the request's error must survive the restore
+        if (::seteuid(saved_) != 0) {
+            // Nothing more can be done; the request's own outcome is reported.
+        }
+        errno = saved_errno;
+    }
+    RootRights(const RootRights&) = delete;
+    RootRights& operator=(const RootRights&) = delete;
+
+private:
+    uid_t saved_;
+};
+
+void Request(int fd, unsigned long request, void* argument, const char* failure) {
+    int error = 0;
+    {
+        RootRights root;
+        if (::ioctl(fd, request, argument) < 0) error = errno;
+    }
+    if (error) throw ErrnoError(failure, error);
+}
+
+}  // namespace
+
+int LinuxPlatform::OpenDsp(const std::string& path) {
+    int fd = ::open(path.c_str(), O_RDWR);
+    if (fd < 0) throw ErrnoError("StreamFile: Unable to open " + path);
+    return fd;
+}
+
+void LinuxPlatform::StartCpldClock(int fd) {
+    unsigned char answer[8] = {};  // the driver fills it; nothing uses it
+    Request(fd, kStartCpldClockRequest, answer, "Unable to start CPLD clock");
+}
+
+void LinuxPlatform::SetClockYz(int fd, std::uint32_t value) {
+    Request(fd, kSetClockYzRequest, &value, "Unable to set CPLD clock_yz register");
+}

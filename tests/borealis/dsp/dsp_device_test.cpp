@@ -1,0 +1,218 @@
+#include "borealis/dsp/dsp_device.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+
+#include <cstring>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "common/errno_error.h"
+#include "tests/borealis/dsp/dsp_test_peer.h"
+#include "tests/borealis/dsp/recording_listener.h"
+
+namespace {
+
+// A device connected to a test peer under a simulated root.
+struct Connected {
+    TempRoot root;
+    DspPeer peer{root};
+    DSPDevice device;
+    RecordingListener listener;
+    Connected() {
+        peer.Accept();
+        device.SetListener(&listener);
+    }
+    // Sends `packet` and then a pong as a marker; returns the events that
+    // came before the marker's.
+    std::vector<std::string> Deliver(const Bytes& packet) {
+        listener.events.clear();
+        peer.Send(packet);
+        peer.Send(Frame(2, {}));
+        EXPECT_TRUE(PumpUntil([&] {
+            return !listener.events.empty() && listener.events.back() == "pong";
+        }));
+        auto events = listener.events;
+        events.resize(events.size() >= 2 ? events.size() - 2 : 0);  // the marker's
+        return events;
+    }
+};
+
+using Events = std::vector<std::string>;
+
+// The text of the exception that `action` throws; empty when none.
+std::string ErrorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(DSPDevice, ParsesEachReadOnItsOwnAndDropsIncompleteTails) {
+    Connected c;
+    const Bytes frame = Frame(3, {'H', 'i'}, 7, 250);
+    const Bytes half = Bytes(frame.begin(), frame.begin() + frame.size() / 2);
+    const struct {
+        const char* what;
+        Bytes packet;
+        Events expected;
+    } reads[] = {
+        {"first read after opening", frame, {}},
+        {"11 bytes", Bytes(11, 0), {}},
+        {"one and a half frames", frame + half, {"msg 3 len 2 at 7.250", "dsp Hi"}},
+        {"empty payload", Frame(24, {}, 1, 2), {"msg 24 len 0 at 1.2", "code24"}},
+        {"two frames", Frame(2, {}, 5, 6) + frame, {"msg 2 len 0 at 5.6", "pong", "msg 3 len 2 at 7.250", "dsp Hi"}},
+        {"odd trailing byte", frame + Bytes(1, 0), {"msg 3 len 2 at 7.250", "dsp Hi"}},
+        {"unknown code", Frame(99, {1, 2}), {"msg 99 len 2 at 0.0", "unknown 99 1 2"}},
+    };
+    for (const auto& read : reads) EXPECT_EQ(read.expected, c.Deliver(read.packet)) << read.what;
+}
+
+TEST(DSPDevice, WritesQueuedFramesInOneWriteInOrder) {
+    Connected c;
+    float bits_12345678;
+    const std::uint32_t bits = 0x12345678;
+    std::memcpy(&bits_12345678, &bits, sizeof bits);
+
+    const struct {
+        std::function<void(DSPDevice&)> send;
+        Bytes expected;
+    } senders[] = {
+        {[](DSPDevice& d) { d.SendStart(); }, {0, 0, 0, 0, 0, 0, 0, 0, 0x0D, 0, 0, 0}},
+        {[&](DSPDevice& d) { d.LockLaserTemp(bits_12345678); }, Frame(17, {0x1234, 0x5678})},
+        {[](DSPDevice& d) { d.LockLaserTemp(30.5f); }, Frame(17, {0x41F4, 0x0000})},
+        {[](DSPDevice& d) { d.ReleaseLaserTemp(); }, Frame(16, {})},
+        {[](DSPDevice& d) { d.SetLaserDrive(1234); }, Frame(28, {1234})},
+        {[](DSPDevice& d) { d.RegBlockTemp(1.0f); }, Frame(21, {0x3F80, 0})},
+        {[](DSPDevice& d) { d.UnregBlockTemp(); }, Frame(22, {})},
+        {[](DSPDevice& d) { d.SetBlockDrive(65535); }, Frame(27, {65535})},
+        {[](DSPDevice& d) { d.SetDropThreshold(-2.0f); }, Frame(8, {0xC000, 0})},
+        {[](DSPDevice& d) { d.SetOffsets(-2, 3, 4); }, Frame(26, {0xFFFE, 3, 4})},
+        {[](DSPDevice& d) { d.RequestTestData(); }, Frame(29, {})},
+        {[](DSPDevice& d) { d.SendLineLock({30.5f, 1, 2, 7000, 5}); },
+         Frame(9, {0x41F4, 0, 0, 0, 0x3F80, 0, 0, 0, 0x3F80, 0, 1, 2, 7000, 5})},
+    };
+    Bytes expected;
+    for (const auto& sender : senders) {
+        sender.send(c.device);
+        expected = expected + sender.expected;
+    }
+    EXPECT_EQ(POLLIN | POLLOUT, c.device.GetEvents());
+    EXPECT_EQ(expected, c.peer.Receive());
+    EXPECT_EQ(0u, c.device.QueuedWords());
+    EXPECT_EQ(POLLIN, c.device.GetEvents());
+}
+
+TEST(DSPDevice, PartialWriteKeepsOutputEventUntilQueueIsEmpty) {
+    // A FIFO standing in for the analyzer's device, opened by its path; a
+    // one-page pipe makes every write of the large queue partial.
+    TempRoot root(false);
+    const std::string path = root / "/dsp4410";
+    ASSERT_EQ(0, ::mkfifo(path.c_str(), 0600));
+    int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    DSPDevice device(path);
+    ASSERT_GT(::fcntl(device.GetFd(), F_SETPIPE_SZ, 4096), 0);
+    ASSERT_EQ(0, ::fcntl(device.GetFd(), F_SETFL, ::fcntl(device.GetFd(), F_GETFL) | O_NONBLOCK));
+
+    Bytes expected;
+    const std::vector<std::uint16_t> payload(1000, 0xABCD);
+    for (std::uint16_t cmd = 1; cmd <= 8; ++cmd) {
+        device.Send(cmd, payload.data(), 1000);
+        expected = expected + Frame(cmd, payload);
+    }
+    Bytes received;
+    auto drain = [&] {
+        Bytes chunk(65536);
+        for (ssize_t n; (n = ::read(reader, chunk.data(), chunk.size())) > 0;)
+            received.insert(received.end(), chunk.begin(), chunk.begin() + n);
+    };
+    int writes = 0;
+    for (; device.QueuedWords() > 0 && writes < 100; ++writes) {
+        drain();  // before each turn of the loop, so that the device only writes
+        ASSERT_EQ(POLLIN | POLLOUT, device.GetEvents());
+        PollProcessor::Instance().Poll(1000);
+    }
+    drain();
+    ::close(reader);
+    EXPECT_GT(writes, 3);
+    EXPECT_EQ(POLLIN, device.GetEvents());
+    EXPECT_EQ(expected, received);
+}
+
+TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
+    Connected c;
+    struct Throwing : RecordingListener {
+        void GotDSPMessage(std::uint32_t, std::uint32_t, const std::string& t) override {
+            throw std::runtime_error("no room for " + t);
+        }
+    } throwing;
+    c.device.SetListener(&throwing);
+    CaptureStdout out;
+    // A failing callback loses the rest of its read, not the next one.
+    c.peer.Send(Frame(2, {}));  // the first read, discarded
+    c.peer.Send(Frame(3, {'x'}) + Frame(2, {}));
+    c.peer.Send(Frame(24, {}));
+    ASSERT_TRUE(PumpUntil([&] { return throwing.events.size() == 3; }));
+    EXPECT_EQ((Events{"msg 3 len 1 at 0.0", "msg 24 len 0 at 0.0", "code24"}), throwing.events);
+
+    // A write the socket refuses: the queue stays for the next try.
+    int small = 4096;
+    ASSERT_EQ(0, ::setsockopt(c.device.GetFd(), SOL_SOCKET, SO_SNDBUF, &small, sizeof small));
+    std::vector<std::uint16_t> big(DSPDevice::kBufferWords, 1);
+    c.device.Send(1, big.data(), static_cast<std::uint16_t>(big.size()));
+    ASSERT_TRUE(PumpUntil([&] { return out.Text().find("HandleWrite") != std::string::npos; }));
+    // The refused write is printed again at every turn of the loop.
+    EXPECT_EQ(0u, out.Text().find(
+                      "DSPDevice::HandleRead(): ERROR: no room for x\n"
+                      "DSPDevice::HandleWrite(): ERROR: StreamFileBase: error in Write: Message too long\n"))
+        << out.Text();
+    EXPECT_EQ(DSPDevice::kBufferWords + 6, c.device.QueuedWords());
+    EXPECT_EQ(POLLIN | POLLOUT, c.device.GetEvents());
+    c.device.SetListener(nullptr);
+}
+
+TEST(DSPDevice, OpeningAMissingDeviceFails) {
+    TempRoot root;
+    EXPECT_EQ("StreamFile: Unable to open " + root.path() + "/dev/dsp4410: No such file or directory",
+              ErrorOf([] { DSPDevice device; }));
+}
+
+TEST(DSPDevice, CpldRequestsWriteTheSimulatedRegisterFiles) {
+    Connected c;
+    const std::string folder = "/sys/devices/platform/io4410/";
+    EXPECT_EQ("Unable to start CPLD clock: No such file or directory",
+              ErrorOf([&] { c.device.StartCpldClock(); }));
+    EXPECT_EQ("Unable to set CPLD clock_yz register: No such file or directory",
+              ErrorOf([&] { c.device.SetClockYz(1); }));
+    c.root.WriteFile(folder + "clock_yz", "123456");
+    c.device.StartCpldClock();
+    c.device.SetClockYz(37768);
+    EXPECT_EQ("1", c.root.ReadFile(folder + "clock_start"));
+    EXPECT_EQ("37768", c.root.ReadFile(folder + "clock_yz"));
+    c.device.SetClockYz(1);
+    EXPECT_EQ("1", c.root.ReadFile(folder + "clock_yz"));
+}
+
+
+TEST(DSPDevice, CpldRequestsOnTheAnalyzerGoToTheDevice) {
+    // A plain file takes the place of the device: the driver's requests fail
+    // on it, after root rights were gained (or refused) and given back.
+    TempRoot root(false);
+    root.WriteFile("/dsp4410", "");
+    DSPDevice device(root / "/dsp4410");
+    const uid_t user = ::geteuid();
+    const std::string refused = "Unable to gain super user priviledges: Operation not permitted";
+    EXPECT_EQ(user == 0 ? "Unable to start CPLD clock: Inappropriate ioctl for device" : refused,
+              ErrorOf([&] { device.StartCpldClock(); }));
+    EXPECT_EQ(user == 0 ? "Unable to set CPLD clock_yz register: Inappropriate ioctl for device"
+                        : refused,
+              ErrorOf([&] { device.SetClockYz(32768); }));
+    EXPECT_EQ(user, ::geteuid());
+}
+
+}  // namespace

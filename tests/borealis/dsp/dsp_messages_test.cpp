@@ -1,0 +1,129 @@
+#include "borealis/dsp/dsp_messages.h"
+
+#include <gtest/gtest.h>
+
+#include "borealis/dsp/dsp_words.h"
+#include "tests/borealis/dsp/recording_listener.h"
+
+namespace {
+
+using Words = std::vector<std::uint16_t>;
+
+// A payload of 32-bit fields: the float `values[i]` for each field, or the
+// raw `flags` for the field at `flags_index`.
+Words Fields(const std::vector<float>& values, int flags_index = -1, std::uint32_t flags = 0) {
+    Words words(2 * values.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        SplitWords(static_cast<int>(i) == flags_index ? flags : BitsOfFloat(values[i]),
+                   words.data() + 2 * i);
+    return words;
+}
+
+std::vector<std::string> Decode(std::uint16_t cmd, const Words& words) {
+    RecordingListener listener;
+    DSPFrame frame;
+    frame.cmd = cmd;
+    frame.words = words.data();
+    frame.length = static_cast<std::uint16_t>(words.size());
+    DecodeDspMessage(frame, listener);
+    return listener.events;
+}
+
+// Field i holds i + 0.5, so that the decoded order shows where each came from.
+std::vector<float> Numbered(int count) {
+    std::vector<float> values;
+    for (int i = 0; i < count; ++i) values.push_back(i + 0.5f);
+    return values;
+}
+
+Words Status(int fields) {
+    Words words = Fields(Numbered(fields));
+    SplitWords(1234, words.data());  // msec
+    return words;
+}
+
+Words Data(int fields, std::uint32_t flags = 0) {
+    // RSSI (field 4) and DROPRATE (field 13) keep the signal good.
+    std::vector<float> values = Numbered(fields);
+    values[4] = 40.5f;
+    Words words = Fields(values, 14, flags);
+    SplitWords(99, words.data());
+    return words;
+}
+
+Words Waveform(std::size_t words) {
+    Words w(words, 7);
+    SplitWords(0x00010002, w.data());
+    w[2] = 0xFFFF;  // -1 when printed
+    return w;
+}
+
+Words Truncated(Words words, std::size_t size) {
+    words.resize(size);
+    return words;
+}
+
+TEST(DSPMessages, DecodesEveryCodeWithItsMinimumLength) {
+    const struct {
+        std::uint16_t cmd;
+        Words words;
+        std::vector<std::string> expected;
+    } cases[] = {
+        {2, {}, {"pong"}},
+        {3, {0x3348, 0x0069}, {"dsp Hi"}},  // the high byte is ignored
+        {4, {'o', 'k'}, {"init ok"}},
+        {5, {'?'}, {"bad ?"}},
+        {18, {}, {"fatal "}},
+        {24, {1}, {"code24"}},
+        {25, {0x1234, 0x5678}, {"sync 305419896"}},
+        {25, {0x1234}, {}},
+        {30, {}, {"test"}},
+        {30, {1, 65535}, {"test 1 65535"}},
+        {6, Status(14),
+         {"status 1234: 1.5 2.5 5.5 6.5 7.5 8.5 3.5 4.5 10.5 -11.5 9.5 12.5 13.5"}},
+        {6, Truncated(Status(14), 27), {}},
+        {7, Data(15),
+         {"data 99 diag 0x0: 1.5 2.5 5.5 3.5 40.5 13.5 6.5 7.5 8.5 9.5 0 0 0 0 10.5 11.5 12.5"}},
+        {7, Truncated(Data(15), 29), {}},
+        {11, Waveform(102), {"waveS 65538 n 100 first -1 last 7"}},
+        {12, Waveform(150), {"waveR 65538 n 100 first -1 last 7"}},
+        {19, Waveform(102), {"waveSDC 65538 n 100 first -1 last 7"}},
+        {20, Waveform(102), {"waveRDC 65538 n 100 first -1 last 7"}},
+        {20, Waveform(101), {}},
+        {99, {1, 2}, {"unknown 99 1 2"}},
+        {0, {}, {"unknown 0"}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.expected, Decode(c.cmd, c.words)) << "code " << c.cmd << " length " << c.words.size();
+}
+
+TEST(DSPMessages, BuildsDiagFromFlagsAndSignal) {
+    const struct {
+        std::uint32_t flags;
+        float rssi, drop_rate;
+        const char* diag;
+    } cases[] = {
+        {0, 50, 0, "0x0"},
+        {0x80, 50, 0, "0x8000"}, {0x01, 50, 0, "0x2000"}, {0x02, 50, 0, "0x1000"},
+        {0x20, 50, 0, "0x800"}, {0x40, 50, 0, "0x400"}, {0x04, 50, 0, "0x8"},
+        {0x08, 50, 0, "0x4"}, {0x10, 50, 0, "0x2"},
+        {0xFFFF00FF, 50, 0, "0xbc0e"},  // only the low 16 bits are flags
+        {0, 9.5f, 0, "0x4000"}, {0, 10.0f, 90.0f, "0x0"}, {0, 10.0f, 90.5f, "0x4000"},
+    };
+    for (const auto& c : cases) {
+        std::vector<float> values(15, 1.0f);
+        values[4] = c.rssi;
+        values[13] = c.drop_rate;
+        const auto events = Decode(7, Fields(values, 14, c.flags));
+        ASSERT_EQ(1u, events.size());
+        EXPECT_NE(std::string::npos, events[0].find(" diag " + std::string(c.diag) + ":"))
+            << events[0];
+    }
+}
+
+TEST(DSPMessages, FormatsUnknownMessageLine) {
+    EXPECT_EQ("Got Unknown Message: cmd=0x63 len=0x2\n", FormatUnknownMessage(99, 2));
+    EXPECT_EQ("Got Unknown Message: cmd=0xffff len=0x1e\n", FormatUnknownMessage(0xFFFF, 30));
+}
+
+}  // namespace
