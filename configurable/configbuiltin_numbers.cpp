@@ -17,7 +17,7 @@ void WriteNumber(std::ostream& out, float value) {
 }
 
 // Reads "inf", "-inf" or "nan" as one word after a number failed to parse.
-bool ReadSpecialFloat(std::istream& in, float& value) {
+bool ReadFloatWord(std::istream& in, float& value) {
     in.clear();
     in.seekg(0);
     std::string word;
@@ -65,7 +65,7 @@ void ConfigurableFloat::set_default() { set(theDefault); }
 
 std::istream& ConfigurableFloat::read_value(std::istream& in, std::ostream& err) {
     float value = 0;
-    if (in >> value || ReadSpecialFloat(in, value)) set(value);
+    if (in >> value || ReadFloatWord(in, value)) set(value);
     else err << "unable to read float";
     return in;
 }
