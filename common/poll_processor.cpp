@@ -13,6 +13,16 @@ std::int32_t MillisecondClock::Read(std::uint32_t seconds, long microseconds) {
                                      static_cast<std::uint32_t>(microseconds / 1000));
 }
 
+std::int32_t MillisecondClock::Add(std::int32_t at, std::int32_t ms) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(at) +
+                                     static_cast<std::uint32_t>(ms));
+}
+
+std::int32_t MillisecondClock::Difference(std::int32_t later, std::int32_t earlier) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(later) -
+                                     static_cast<std::uint32_t>(earlier));
+}
+
 void NormaliseTimeout(struct timeval& timeout) {
     if (timeout.tv_usec > 999999) {
         timeout.tv_sec += timeout.tv_usec / 1000000;
@@ -55,7 +65,7 @@ std::int32_t PollProcessor::RunTimers(std::int32_t timeout) {
     const std::int32_t now = NowMs();
     timers_.ForEach([&](PollTimer* timer) {
         if (!timer->armed_) return;
-        std::int32_t remaining = timer->due_ - now;
+        std::int32_t remaining = MillisecondClock::Difference(timer->due_, now);
         if (remaining > 0) {
             TakeShorter(timeout, remaining);
             return;
@@ -65,7 +75,7 @@ std::int32_t PollProcessor::RunTimers(std::int32_t timeout) {
         NoteActivity();
         // The callback may have unregistered (but not deleted) the timer.
         if (timer->registered_ && timer->armed_) {
-            remaining = timer->due_ - now;
+            remaining = MillisecondClock::Difference(timer->due_, now);
             TakeShorter(timeout, remaining > 0 ? remaining : 0);
         }
     });
@@ -179,7 +189,7 @@ void PollTimer::Start(std::int32_t ms) {
         return;
     }
     if (!registered_) return;
-    due_ = PollProcessor::NowMs() + ms;
+    due_ = MillisecondClock::Add(PollProcessor::NowMs(), ms);
     armed_ = true;
 }
 

@@ -60,6 +60,12 @@ public:
     // The reading for a wall-clock time of `seconds` and `microseconds`.
     std::int32_t Read(std::uint32_t seconds, long microseconds);
 
+    // `ms` after the reading `at`, and the milliseconds from `earlier` to
+    // `later`. Readings pass from 2^31 - 1 to -2^31 after 24.8 days of
+    // running, so both wrap around instead of overflowing.
+    static std::int32_t Add(std::int32_t at, std::int32_t ms);
+    static std::int32_t Difference(std::int32_t later, std::int32_t earlier);
+
 private:
     std::uint32_t last_seconds_ = 0;
     std::uint32_t base_seconds_ = 0;

@@ -37,6 +37,12 @@ TEST(MillisecondClock, CountsSmallStepsAndOneSecondForJumps) {
     EXPECT_EQ(clock.Read(t0 + 3615, 250000), 17250);  // +3600 s advances one second
     EXPECT_EQ(clock.Read(t0 + 100, 0), 18000);      // backwards advances one second
     EXPECT_EQ(clock.Read(t0 + 101, 999999), 19999);
+
+    // Timers keep working when the readings wrap after 24.8 days.
+    const std::int32_t late = INT32_MAX - 100, wrapped = INT32_MIN + 1899;
+    EXPECT_EQ(MillisecondClock::Add(late, 2000), wrapped);
+    EXPECT_EQ(MillisecondClock::Difference(wrapped, late), 2000);
+    EXPECT_EQ(MillisecondClock::Difference(late, wrapped), -2000);
 }
 
 struct CountingTimer : PollTimer {
