@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/time.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -25,14 +26,14 @@ public:
         Sweep();
     }
     // Calls f(entry) for every entry present when the walk reaches it,
-    // including entries added during the walk.
+    // including entries added during the walk. When f throws (a listener's
+    // failure is caught further up) the walk still ends, or the blanks of
+    // later removals would pile up for good.
     template <typename F>
     void ForEach(F f) {
-        ++walking_;
+        Walk walk(*this);
         for (std::size_t i = 0; i < entries_.size(); ++i)
             if (entries_[i]) f(entries_[i]);
-        --walking_;
-        Sweep();
     }
     bool Empty() const {
         for (auto e : entries_)
@@ -40,13 +41,24 @@ public:
         return true;
     }
 
+    // Slots held, blanks not yet swept included.
+    std::size_t Slots() const { return entries_.size(); }
+
 private:
+    struct Walk {
+        explicit Walk(RegistrationList& list) : list(list) { ++list.walking_; }
+        ~Walk() {
+            --list.walking_;
+            list.Sweep();
+        }
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+        RegistrationList& list;
+    };
+
     void Sweep() {
         if (walking_) return;
-        std::vector<T*> kept;
-        for (auto e : entries_)
-            if (e) kept.push_back(e);
-        entries_.swap(kept);
+        entries_.erase(std::remove(entries_.begin(), entries_.end(), nullptr), entries_.end());
     }
     std::vector<T*> entries_;
     int walking_ = 0;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <stdexcept>
 
 namespace {
 
@@ -43,6 +44,20 @@ TEST(MillisecondClock, CountsSmallStepsAndOneSecondForJumps) {
     EXPECT_EQ(MillisecondClock::Add(late, 2000), wrapped);
     EXPECT_EQ(MillisecondClock::Difference(wrapped, late), 2000);
     EXPECT_EQ(MillisecondClock::Difference(late, wrapped), -2000);
+}
+
+TEST(RegistrationList, SweepsRemovalsAfterAWalkThatThrew) {
+    RegistrationList<int> list;
+    int a = 1, b = 2;
+    list.Add(&a);
+    list.Add(&b);
+    EXPECT_THROW(list.ForEach([&](int* entry) {
+        list.Remove(entry);
+        throw std::runtime_error("listener failed");
+    }),
+                 std::runtime_error);
+    list.Remove(&b);
+    EXPECT_EQ(list.Slots(), 0u);
 }
 
 struct CountingTimer : PollTimer {
