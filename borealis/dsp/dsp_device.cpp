@@ -121,5 +121,6 @@ void DSPDevice::DeliverFrame(const std::uint16_t* frame) {
     view.length = frame[5];
     view.words = frame + kHeaderWords;
     listener_->GotMessage(view.seconds, view.nanoseconds, view.cmd, view.words, view.length);
-    DecodeDspMessage(view, *listener_);
+    // GotMessage may have taken the listener away.
+    if (listener_) DecodeDspMessage(view, *listener_);
 }
