@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "common/errno_error.h"
 
 namespace {
@@ -154,6 +156,10 @@ std::size_t StreamFileBase::Read(std::string& out) {
 
 StreamFile::StreamFile(const std::string& path, int flags) {
     int fd = ::open(path.c_str(), flags);
-    if (fd < 0) throw ErrnoError("StreamFile: Unable to open " + path);
+    // errno is taken before the message is built: building it allocates.
+    if (fd < 0) {
+        int error = errno;
+        throw ErrnoError("StreamFile: Unable to open " + path, error);
+    }
     SetFd(fd);
 }

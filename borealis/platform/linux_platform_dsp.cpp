@@ -53,7 +53,11 @@ void Request(int fd, unsigned long request, void* argument, const char* failure)
 
 int LinuxPlatform::OpenDsp(const std::string& path) {
     int fd = ::open(path.c_str(), O_RDWR);
-    if (fd < 0) throw ErrnoError("StreamFile: Unable to open " + path);
+    // errno is taken before the message is built: building it allocates.
+    if (fd < 0) {
+        int error = errno;
+        throw ErrnoError("StreamFile: Unable to open " + path, error);
+    }
     return fd;
 }
 
