@@ -1,5 +1,6 @@
 #include "configurable/config_time.h"
 
+#include <cstdint>
 #include <iomanip>
 
 ConfigurableTimestamp::ConfigurableTimestamp(const std::string& name,
@@ -31,12 +32,25 @@ std::ostream& ConfigurableTimestamp::write_doctype(std::ostream& out) const {
     return out << "YYYY-MM-DD HH:MM:SS.SS";
 }
 
+namespace {
+
+// Reads one field as the analyzer's 32-bit long reads it: a number beyond
+// that range fails the stream on every platform alike.
+std::istream& ReadField(std::istream& in, long long& field) {
+    if (in >> field && (field < INT32_MIN || field > INT32_MAX)) {
+        in.setstate(std::ios_base::failbit);
+    }
+    return in;
+}
+
+}  // namespace
+
 // Hours and minutes are not limited to their ranges: 25:00 is 90000 seconds.
 std::istream& ConfigurableTime_HourMinutes::read_value(std::istream& in, std::ostream& err) {
-    long hours = 0;
-    long minutes = 0;
+    long long hours = 0;
+    long long minutes = 0;
     char separator = 0;
-    if (in >> hours >> separator && separator == ':' && in >> minutes) {
+    if (ReadField(in, hours) >> separator && separator == ':' && ReadField(in, minutes)) {
         set(Timestamp(hours * 3600.0 + minutes * 60.0));
     } else {
         err << "unable to read time (should be HH:MM)" << std::endl;

@@ -27,6 +27,9 @@ TEST(ConfigurableTime, HourMinutesReadsAndWritesHHMM) {
               "<Error Param=\"at\">unable to read time (should be HH:MM)\n</Error>08:05");
     EXPECT_EQ(Process(t.L, "<L><at> 25 : 00&query_item;</at></L>"), "01:00");
     EXPECT_EQ(t.at.value().get(), 90000.0);
+    // Beyond 32 bits the analyzer's long cannot hold the hours.
+    EXPECT_EQ(Process(t.L, "<L><at>2147483648:00&query_item;</at></L>"),
+              "<Error Param=\"at\">unable to read time (should be HH:MM)\n</Error>");
 }
 
 TEST(ConfigurableTime, TimestampReadsPartialTimes) {

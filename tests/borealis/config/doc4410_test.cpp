@@ -59,18 +59,6 @@ TEST(Doc4410, TypeDescriptionListsEveryElement) {
     EXPECT_EQ(out.str(), Golden("doc4410_doctype.xml"));
 }
 
-TEST(Doc4410, OnlyTheUSBDataColumnsHaveDateAndTime) {
-    Doc4410 doc;
-    const std::vector<Configurable*>& output = doc.vela.box.output.data.children();
-    const std::vector<Configurable*>& usb = doc.vela.box.usb.data.children();
-    ASSERT_EQ(output.size(), 22u);
-    EXPECT_EQ(output.back()->name(), "chk");
-    ASSERT_EQ(usb.size(), 24u);
-    EXPECT_EQ(usb[22]->name(), "date");
-    EXPECT_EQ(usb[23]->name(), "time");
-    EXPECT_FALSE(doc.vela.box.output.data.has_date_time());
-}
-
 TEST(Doc4410, AckAndErrorStayOutOfReadsAnswersAndDefaults) {
     Doc4410 doc;
     doc.vela.ack.set(false);
