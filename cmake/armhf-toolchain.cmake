@@ -27,6 +27,7 @@ if(NOT BOREALIS_ARM_SYSROOT)
   set(BOREALIS_ARM_SYSROOT ${CMAKE_CURRENT_LIST_DIR}/../build/armhf-sysroot)
 endif()
 get_filename_component(BOREALIS_ARM_SYSROOT ${BOREALIS_ARM_SYSROOT} ABSOLUTE)
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES BOREALIS_ARM_SYSROOT)
 
 # The compiler brings its own C library; the sysroot only adds libraries, so
 # it is a search root rather than the compiler's --sysroot. "/" stays a root
