@@ -202,6 +202,10 @@ TEST(DSPDevice, CpldRequestsWriteTheSimulatedRegisterFiles) {
 TEST(DSPDevice, CpldRequestsOnTheAnalyzerGoToTheDevice) {
     // A plain file takes the place of the device: the driver's requests fail
     // on it, after root rights were gained (or refused) and given back.
+#ifdef BOREALIS_UNDER_EMULATION
+    GTEST_SKIP() << "qemu-arm passes only the ioctl requests it knows on to the kernel; "
+                    "the driver's own requests fail there with ENOSYS";
+#endif
     TempRoot root(false);
     root.WriteFile("/dsp4410", "");
     DSPDevice device(root / "/dsp4410");
