@@ -10,18 +10,10 @@
 #include <set>
 #include <string>
 
+#include "tests/support/error_text.h"
 #include "tests/support/temp_root.h"
 
 namespace {
-
-std::string ErrorText(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "no exception";
-}
 
 SocketAddress Loopback(unsigned short port) {
     SocketAddress address("127.0.0.1");

@@ -9,16 +9,9 @@
 
 #include "common/errno_error.h"
 
-namespace {
+#include "tests/support/error_text.h"
 
-std::string ErrorText(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "no exception";
-}
+namespace {
 
 // Both ends of a pipe, each owned by a StreamFileBase.
 struct Pipe {

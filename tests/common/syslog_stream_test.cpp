@@ -9,16 +9,9 @@
 #include <utility>
 #include <vector>
 
-namespace {
+#include "tests/support/error_text.h"
 
-std::string ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "";
-}
+namespace {
 
 struct CapturedSysLog : SysLog {
     std::vector<std::pair<int, std::string>> lines;
@@ -29,12 +22,12 @@ struct CapturedSysLog : SysLog {
 
 TEST(SysLog, IdentityIsSetOnceAndNeverChanged) {
     CapturedSysLog log;
-    EXPECT_EQ(ErrorOf([&] { log.Write("x\n", 5); }), "SysLog: Undefined identity");
-    EXPECT_EQ(ErrorOf([&] { log.SetIdentity(""); }), "SysLog: Undefined identity");
-    EXPECT_EQ(ErrorOf([&] { log.SetIdentity("UNKNOWN"); }), "SysLog: 'UNKNOWN' is not a valid identity");
-    EXPECT_EQ(ErrorOf([&] { log.SetIdentity("borealis"); }), "");
-    EXPECT_EQ(ErrorOf([&] { log.SetIdentity("borealis"); }), "");
-    EXPECT_EQ(ErrorOf([&] { log.SetIdentity("other"); }), "SysLog: Identity cannot be changed");
+    EXPECT_EQ(ErrorText([&] { log.Write("x\n", 5); }), "SysLog: Undefined identity");
+    EXPECT_EQ(ErrorText([&] { log.SetIdentity(""); }), "SysLog: Undefined identity");
+    EXPECT_EQ(ErrorText([&] { log.SetIdentity("UNKNOWN"); }), "SysLog: 'UNKNOWN' is not a valid identity");
+    EXPECT_EQ(ErrorText([&] { log.SetIdentity("borealis"); }), "");
+    EXPECT_EQ(ErrorText([&] { log.SetIdentity("borealis"); }), "");
+    EXPECT_EQ(ErrorText([&] { log.SetIdentity("other"); }), "SysLog: Identity cannot be changed");
     EXPECT_EQ(log.Identity(), "borealis");
 }
 

@@ -13,6 +13,8 @@
 #include "tests/borealis/dsp/dsp_test_peer.h"
 #include "tests/borealis/dsp/recording_listener.h"
 
+#include "tests/support/error_text.h"
+
 namespace {
 
 // A device connected to a test peer under a simulated root.
@@ -41,16 +43,6 @@ struct Connected {
 };
 
 using Events = std::vector<std::string>;
-
-// The text of the exception that `action` throws; empty when none.
-std::string ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const std::exception& error) {
-        return error.what();
-    }
-    return "";
-}
 
 TEST(DSPDevice, ParsesEachReadOnItsOwnAndDropsIncompleteTails) {
     Connected c;
@@ -179,16 +171,16 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
 TEST(DSPDevice, OpeningAMissingDeviceFails) {
     TempRoot root;
     EXPECT_EQ("StreamFile: Unable to open " + root.path() + "/dev/dsp4410: No such file or directory",
-              ErrorOf([] { DSPDevice device; }));
+              ErrorText([] { DSPDevice device; }));
 }
 
 TEST(DSPDevice, CpldRequestsWriteTheSimulatedRegisterFiles) {
     Connected c;
     const std::string folder = "/sys/devices/platform/io4410/";
     EXPECT_EQ("Unable to start CPLD clock: No such file or directory",
-              ErrorOf([&] { c.device.StartCpldClock(); }));
+              ErrorText([&] { c.device.StartCpldClock(); }));
     EXPECT_EQ("Unable to set CPLD clock_yz register: No such file or directory",
-              ErrorOf([&] { c.device.SetClockYz(1); }));
+              ErrorText([&] { c.device.SetClockYz(1); }));
     c.root.WriteFile(folder + "clock_yz", "123456");
     c.device.StartCpldClock();
     c.device.SetClockYz(37768);
@@ -212,10 +204,10 @@ TEST(DSPDevice, CpldRequestsOnTheAnalyzerGoToTheDevice) {
     const uid_t user = ::geteuid();
     const std::string refused = "Unable to gain super user priviledges: Operation not permitted";
     EXPECT_EQ(user == 0 ? "Unable to start CPLD clock: Inappropriate ioctl for device" : refused,
-              ErrorOf([&] { device.StartCpldClock(); }));
+              ErrorText([&] { device.StartCpldClock(); }));
     EXPECT_EQ(user == 0 ? "Unable to set CPLD clock_yz register: Inappropriate ioctl for device"
                         : refused,
-              ErrorOf([&] { device.SetClockYz(32768); }));
+              ErrorText([&] { device.SetClockYz(32768); }));
     EXPECT_EQ(user, ::geteuid());
 }
 
