@@ -1,5 +1,7 @@
 // The borealis executable as a process, under a simulated root.
 #include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -122,6 +124,22 @@ TEST_F(BorealisProcess, ReadconfigSignalsRunningDaemon) {
     }));
     daemon->Signal(SIGINT);
     EXPECT_EQ(daemon->Wait(), 0);
+}
+
+TEST_F(BorealisProcess, RealTimeWithoutTheRightEndsStartUp) {
+#ifdef BOREALIS_UNDER_EMULATION
+    GTEST_SKIP() << "the emulator runs only executables of this build, not setpriv";
+#endif
+    if (::geteuid() != 0 || ::access("/usr/bin/setpriv", X_OK) != 0)
+        GTEST_SKIP() << "needs root and setpriv to start borealis as an unprivileged user";
+    // The unprivileged user must reach the pid file.
+    ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((root / "/var/run").c_str(), 0777), 0);
+    ChildProcess child("/usr/bin/setpriv", {"--reuid=65534", "--regid=65534", "--clear-groups",
+                                            BorealisExecutable(), "-t"});
+    EXPECT_EQ(child.Wait(), 255);
+    EXPECT_EQ(child.Output(),
+              "ERROR: set_real_time_priority: Unable to set real-time priority: Operation not permitted\n");
 }
 
 TEST_F(BorealisProcess, DaemonSendsItsOutputToSyslogLineByLine) {
