@@ -8,6 +8,7 @@
 #include <iostream>
 
 #include "borealis/app/interim_loop.h"
+#include "borealis/platform/platform.h"
 #include "common/errno_error.h"
 #include "common/syslog_stream.h"
 
@@ -27,7 +28,8 @@ const char* const kBorealisHelp =
     "  -z   Don't adjust the clock_yz register\n"
     "\n";
 
-BorealisApp::BorealisApp(const std::string& pid_path) : DaemonApp(pid_path) {}
+BorealisApp::BorealisApp(Platform& platform)
+    : DaemonApp(platform.Path("/var/run/borealis.pid")), platform_(platform) {}
 
 bool BorealisApp::parse_options(int argc, char* argv[], int& exit_code) {
     optind = 1;

@@ -8,12 +8,15 @@
 // The version text of the program.
 extern const char* const kBorealisVersion;
 
+class Platform;
+
 // The borealis program: the resident daemon of the analyzer with -b, and
 // its own control tool with -k (stop) and -r (reread the configuration).
 class BorealisApp : public DaemonApp {
 public:
-    // `pid_path` is the pid file, "/var/run/borealis.pid" on the analyzer.
-    explicit BorealisApp(const std::string& pid_path);
+    // Takes the pid file "/var/run/borealis.pid" where `platform` puts it;
+    // the platform (not owned) is handed on to what the daemon builds.
+    explicit BorealisApp(Platform& platform);
 
     // The whole life of the process; returns the exit status.
     int run(int argc, char* argv[]);
@@ -35,6 +38,7 @@ private:
     bool signal_daemon(int number, const char* operation);
     void reroute_output_to_syslog();
 
+    Platform& platform_;
     bool daemon_ = false;
     bool realtime_ = false;
     bool use_syslog_ = false;

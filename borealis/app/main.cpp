@@ -1,19 +1,18 @@
 #include <iostream>
+#include <memory>
 
 #include "borealis/app/borealis_app.h"
 #include "borealis/platform/platform.h"
-#include "borealis/platform/sim_syslog.h"
 #include "common/syslog_stream.h"
 
 int main(int argc, char* argv[]) {
     try {
         SysLog::Instance().SetIdentity("borealis");
-        Platform& platform = Platform::Get();
-        if (platform.IsSimulated())
-            SysLog::Instance().SetWriter(SimSyslogWriter(platform.Path("/dev/log"), "borealis"));
+        const std::unique_ptr<Platform> platform = Platform::FromEnvironment();
+        platform->RouteSyslog(SysLog::Instance());
         int result;
         {
-            BorealisApp app(platform.Path("/var/run/borealis.pid"));
+            BorealisApp app(*platform);
             result = app.run(argc, argv);
         }
         return result;

@@ -36,9 +36,9 @@ std::string FormatUnknownMessage(std::uint16_t cmd, std::size_t length) {
     return line.str();
 }
 
-DSPDevice::DSPDevice(const std::string& path)
-    : PollItem(POLLIN), receive_(kBufferWords, 0) {
-    device_.SetFd(Platform::Get().OpenDsp(path));
+DSPDevice::DSPDevice(Platform& platform, const std::string& path)
+    : PollItem(POLLIN), platform_(platform), receive_(kBufferWords, 0) {
+    device_.SetFd(platform_.OpenDsp(path));
     transmit_.reserve(kBufferWords);
 }
 
@@ -58,11 +58,9 @@ void DSPDevice::Send(std::uint16_t cmd, const std::uint16_t* words, std::uint16_
     SetEvents(POLLIN | POLLOUT);
 }
 
-void DSPDevice::StartCpldClock() { Platform::Get().StartCpldClock(device_.GetFd()); }
+void DSPDevice::StartCpldClock() { platform_.StartCpldClock(device_.GetFd()); }
 
-void DSPDevice::SetClockYz(std::uint32_t value) {
-    Platform::Get().SetClockYz(device_.GetFd(), value);
-}
+void DSPDevice::SetClockYz(std::uint32_t value) { platform_.SetClockYz(device_.GetFd(), value); }
 
 void DSPDevice::HandleWrite() {
     try {

@@ -9,6 +9,8 @@
 #include "common/poll_processor.h"
 #include "common/stream_file.h"
 
+class Platform;
+
 // Diagnostic bits that the decoder sets from the signal processor's flags;
 // the hub adds its own bits to the same word.
 struct DSPDiag {
@@ -124,10 +126,11 @@ public:
     // Words in the receive buffer and reserved in the transmit queue.
     static constexpr std::size_t kBufferWords = 8192;
 
-    // Opens the device at the system path `path` for reading and writing
+    // Opens the device at the system path `path` through `platform` (not
+    // owned, which also serves the CPLD requests) for reading and writing,
     // and registers with the poll loop for input. Throws ErrnoError
-    // ("StreamFile: Unable to open " + path) when the device cannot be opened.
-    explicit DSPDevice(const std::string& path = kDefaultPath);
+    // ("StreamFile: Unable to open " + the path used) when it cannot be opened.
+    explicit DSPDevice(Platform& platform, const std::string& path = kDefaultPath);
     ~DSPDevice() override;
 
     // Sets the one listener (not owned; null for none); returns the previous one.
@@ -176,6 +179,7 @@ private:
     void ParseFrames(std::size_t words);
     void DeliverFrame(const std::uint16_t* frame);
 
+    Platform& platform_;
     StreamFile device_;
     Listener* listener_ = nullptr;
     std::vector<std::uint16_t> receive_;

@@ -8,9 +8,10 @@ class LinuxPlatform : public Platform {
 public:
     std::string Path(const std::string& path) const override { return path; }
     unsigned short Port() const override { return 4410; }
-    bool IsSimulated() const override { return false; }
-
     std::string InterfaceName(const std::string& name) const override { return name; }
+
+    // Leaves the lines with the host's syslog.
+    void RouteSyslog(SysLog&) const override {}
 
     // --- Signal-processor device and the clock of its programmable logic ---
     int OpenDsp(const std::string& path) override;

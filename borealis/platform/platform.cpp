@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -13,46 +12,40 @@
 
 namespace {
 
+// The value of the environment variable `name`; empty when unset.
+std::string Environment(const char* name) {
+    const char* text = std::getenv(name);
+    return text ? text : "";
+}
+
 bool IsDirectory(const std::string& path) {
     struct stat st;
     return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-unsigned short PortFromEnvironment() {
-    const char* text = std::getenv("BOREALIS_PORT");
-    if (!text || !*text) return 4410;
+std::string Absolute(const std::string& path) {
+    char* absolute = ::realpath(path.c_str(), nullptr);
+    if (!absolute) return path;
+    std::string result = absolute;
+    std::free(absolute);
+    return result;
+}
+
+unsigned short ParsePort(const std::string& text) {
+    if (text.empty()) return 4410;
     char* end = nullptr;
-    long port = std::strtol(text, &end, 10);
+    long port = std::strtol(text.c_str(), &end, 10);
     if (*end || port < 1 || port > 65535)
-        throw std::runtime_error(std::string("Invalid BOREALIS_PORT: ") + text);
+        throw std::runtime_error("Invalid BOREALIS_PORT: " + text);
     return static_cast<unsigned short>(port);
 }
 
 }  // namespace
 
-Platform& Platform::Get() {
-    // Chosen again whenever the environment changes, so that a process (a
-    // test) can move to another simulated root.
-    static std::unique_ptr<Platform> platform;
-    static std::string chosen_root;
-    static std::string chosen_port;
-    const char* root_env = std::getenv("BOREALIS_ROOT");
-    const char* port_env = std::getenv("BOREALIS_PORT");
-    std::string root = root_env ? root_env : "";
-    std::string port = port_env ? port_env : "";
-    if (platform && root == chosen_root && port == chosen_port) return *platform;
-    if (!root.empty() && IsDirectory(root)) {
-        // Absolute, because a daemon changes to "/" when it detaches.
-        char* absolute = ::realpath(root.c_str(), nullptr);
-        if (absolute) {
-            root = absolute;
-            std::free(absolute);
-        }
-        platform.reset(new SimPlatform(root, PortFromEnvironment()));
-    } else {
-        platform.reset(new LinuxPlatform);
-    }
-    chosen_root = root_env ? root_env : "";
-    chosen_port = port;
-    return *platform;
+std::unique_ptr<Platform> Platform::FromEnvironment() {
+    const std::string root = Environment("BOREALIS_ROOT");
+    if (root.empty() || !IsDirectory(root)) return std::make_unique<LinuxPlatform>();
+    const std::string netif = Environment("BOREALIS_NETIF");
+    return std::make_unique<SimPlatform>(Absolute(root), ParsePort(Environment("BOREALIS_PORT")),
+                                         netif.empty() ? "lo" : netif);
 }

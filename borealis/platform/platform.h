@@ -2,30 +2,45 @@
 #define BOREALIS_PLATFORM_PLATFORM_H
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
+class SysLog;
+
 // The narrow interface between the daemon and the analyzer's board: the
-// paths it names, its devices, its privileged actions and its port. The
-// analyzer uses LinuxPlatform; when the environment variable BOREALIS_ROOT
-// names a directory, SimPlatform stands in for the board under that root.
+// paths it names, its devices, its privileged actions, its port and its
+// syslog. The analyzer uses LinuxPlatform; SimPlatform stands in for the
+// board under a root directory. `main` builds the one platform and hands it
+// to the objects that reach the board; nothing else asks which one it is.
 class Platform {
 public:
     virtual ~Platform() = default;
 
-    // The platform for the current environment.
-    static Platform& Get();
+    // The platform this process's environment asks for, read once:
+    // SimPlatform under BOREALIS_ROOT when that names a directory (made
+    // absolute, as a daemon changes to "/" when it detaches), with the port
+    // BOREALIS_PORT (default 4410) and the bridge's host interface
+    // BOREALIS_NETIF (default "lo"); otherwise LinuxPlatform. Throws
+    // std::runtime_error("Invalid BOREALIS_PORT: " + text) for a port that is
+    // no number from 1 to 65535.
+    static std::unique_ptr<Platform> FromEnvironment();
+
+    // --- Names ---
 
     // Where the absolute system path `path` (for example "/etc/vela.conf")
     // is found.
     virtual std::string Path(const std::string& path) const = 0;
     // The TCP port of the daemon.
     virtual unsigned short Port() const = 0;
-    // True when the board's hardware is simulated.
-    virtual bool IsSimulated() const = 0;
-
     // The host network interface that stands for the analyzer's interface
     // `name` in kernel interface requests.
     virtual std::string InterfaceName(const std::string& name) const = 0;
+
+    // --- Syslog ---
+
+    // Makes `syslog` deliver its lines to this platform's syslog. Call it
+    // once the identity is set; it never fails.
+    virtual void RouteSyslog(SysLog& syslog) const = 0;
 
     // --- Signal-processor device and the clock of its programmable logic ---
 

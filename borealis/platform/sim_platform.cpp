@@ -1,11 +1,15 @@
 #include "borealis/platform/sim_platform.h"
 
-#include <cstdlib>
+#include "borealis/platform/sim_syslog.h"
+#include "common/syslog_stream.h"
 
-SimPlatform::SimPlatform(const std::string& root, unsigned short port) : root_(root), port_(port) {}
+SimPlatform::SimPlatform(const std::string& root, unsigned short port, const std::string& netif)
+    : root_(root), port_(port), netif_(netif) {}
 
 std::string SimPlatform::InterfaceName(const std::string& name) const {
-    if (name != "br0") return name;
-    const char* host_interface = std::getenv("BOREALIS_NETIF");
-    return host_interface && *host_interface ? host_interface : "lo";
+    return name == "br0" ? netif_ : name;
+}
+
+void SimPlatform::RouteSyslog(SysLog& syslog) const {
+    syslog.SetWriter(SimSyslogWriter(Path("/dev/log"), syslog.Identity()));
 }

@@ -10,17 +10,19 @@
 // privileged actions are logged instead of done to the host.
 class SimPlatform : public Platform {
 public:
-    SimPlatform(const std::string& root, unsigned short port);
+    // `root` is an absolute directory; `netif` is the host interface that
+    // plays the analyzer's bridge "br0".
+    SimPlatform(const std::string& root, unsigned short port, const std::string& netif = "lo");
 
     std::string Path(const std::string& path) const override { return root_ + path; }
     unsigned short Port() const override { return port_; }
-    bool IsSimulated() const override { return true; }
-
-    // The bridge "br0" is played by the host interface named in
-    // BOREALIS_NETIF, by default the loopback interface.
+    // "br0" becomes the host interface given at construction; other names
+    // stay as they are.
     std::string InterfaceName(const std::string& name) const override;
 
-    const std::string& Root() const { return root_; }
+    // Each line goes as one datagram to the socket <root>/dev/log when
+    // something listens there, otherwise to the host's syslog.
+    void RouteSyslog(SysLog& syslog) const override;
 
     // --- Signal-processor device and the clock of its programmable logic ---
     // The device is a SOCK_SEQPACKET socket under the root, played by the
@@ -33,6 +35,7 @@ public:
 private:
     std::string root_;
     unsigned short port_;
+    std::string netif_;
 };
 
 #endif

@@ -9,8 +9,8 @@
 namespace {
 
 // The one decimal integer a device file holds; 0 when there is none.
-int ReadDeviceNumber(const char* name) {
-    std::ifstream in(Platform::Get().Path(std::string("/sys/bus/platform/devices/io4410/") + name));
+int ReadDeviceNumber(const Platform& platform, const char* name) {
+    std::ifstream in(platform.Path(std::string("/sys/bus/platform/devices/io4410/") + name));
     int value = 0;
     if (!(in >> value)) return 0;
     return value;
@@ -18,11 +18,11 @@ int ReadDeviceNumber(const char* name) {
 
 }  // namespace
 
-std::string GetHardwareIdentity() {
-    int rev = ReadDeviceNumber("rev");
-    int build = ReadDeviceNumber("build");
-    int year_month = ReadDeviceNumber("year_month");
-    int day_hour = ReadDeviceNumber("day_hour");
+std::string GetHardwareIdentity(const Platform& platform) {
+    int rev = ReadDeviceNumber(platform, "rev");
+    int build = ReadDeviceNumber(platform, "build");
+    int year_month = ReadDeviceNumber(platform, "year_month");
+    int day_hour = ReadDeviceNumber(platform, "day_hour");
 
     std::ostringstream text;
     // rev: major above the low byte, minor in it; the date packs the month

@@ -18,16 +18,16 @@ namespace {
 
 const char kNetClass[] = "/sys/class/net/";
 
-std::string NetClassPath(const std::string& relative) {
-    return Platform::Get().Path(kNetClass + relative);
+std::string NetClassPath(const Platform& platform, const std::string& relative) {
+    return platform.Path(kNetClass + relative);
 }
 
 // An interface request for the host interface standing for `name`; the
 // kernel takes at most IFNAMSIZ bytes of the name.
-ifreq Request(const std::string& name) {
+ifreq Request(const std::string& host_name) {
     ifreq request;
     std::memset(&request, 0, sizeof request);
-    std::strncpy(request.ifr_name, Platform::Get().InterfaceName(name).c_str(), IFNAMSIZ - 1);
+    std::strncpy(request.ifr_name, host_name.c_str(), IFNAMSIZ - 1);
     return request;
 }
 
@@ -38,8 +38,8 @@ std::string FormatHardwareAddress(const unsigned char* bytes) {
     return text;
 }
 
-int ReadBridgeNumber(const std::string& bridge, const char* file) {
-    std::ifstream in(NetClassPath(bridge + "/bridge/" + file));
+int ReadBridgeNumber(const Platform& platform, const std::string& bridge, const char* file) {
+    std::ifstream in(NetClassPath(platform, bridge + "/bridge/" + file));
     int value = 0;
     if (!(in >> value)) return 0;
     return value;
@@ -59,43 +59,45 @@ bool IsInterfaceEntry(const std::string& folder, const dirent& entry) {
 NetworkError::NetworkError(const std::string& message, int error_number)
     : std::runtime_error(message + ": " + std::strerror(error_number)) {}
 
-NetworkInterfaceInfo::NetworkInterfaceInfo(const std::string& interface_name)
+NetworkInterfaceInfo::NetworkInterfaceInfo(const Platform& platform,
+                                           const std::string& interface_name)
     : name(interface_name) {
     Socket socket(AF_INET, SOCK_DGRAM, 0);
-    ReadRequests(socket.GetFd());
-    if (present) FindBridge();
+    ReadRequests(socket.GetFd(), platform.InterfaceName(name));
+    if (present) FindBridge(platform);
 }
 
-void NetworkInterfaceInfo::ReadRequests(int fd) {
-    ifreq request = Request(name);
+void NetworkInterfaceInfo::ReadRequests(int fd, const std::string& host_name) {
+    ifreq request = Request(host_name);
     if (::ioctl(fd, SIOCGIFFLAGS, &request) != 0 || !(request.ifr_flags & IFF_UP)) return;
     present = true;
     index = ::if_nametoindex(request.ifr_name);
     running = (request.ifr_flags & IFF_RUNNING) != 0;
 
-    request = Request(name);
+    request = Request(host_name);
     if (::ioctl(fd, SIOCGIFADDR, &request) == 0) {
         has_address = true;
         address = SocketAddress(&request.ifr_addr);
     }
-    request = Request(name);
+    request = Request(host_name);
     if (::ioctl(fd, SIOCGIFHWADDR, &request) == 0)
         hardware_address =
             FormatHardwareAddress(reinterpret_cast<unsigned char*>(request.ifr_hwaddr.sa_data));
 }
 
-void NetworkInterfaceInfo::FindBridge() {
+void NetworkInterfaceInfo::FindBridge(const Platform& platform) {
     std::string id;
-    is_bridge = ReadBridgeId(name, id);
+    is_bridge = ReadBridgeId(platform, name, id);
     // A port's "brport/bridge" leads to its bridge's folder; the bridge is
     // the interface with the same bridge id.
-    if (!ReadBridgeId(name + "/brport/bridge", id)) return;
-    const std::string folder = NetClassPath("");
+    if (!ReadBridgeId(platform, name + "/brport/bridge", id)) return;
+    const std::string folder = NetClassPath(platform, "");
     DIR* dir = ::opendir(folder.c_str());
     if (!dir) throw NetworkError("Unable to list directory contents of: " + folder, errno);
     while (const dirent* entry = ::readdir(dir)) {
         std::string candidate_id;
-        if (IsInterfaceEntry(folder, *entry) && ReadBridgeId(entry->d_name, candidate_id) &&
+        if (IsInterfaceEntry(folder, *entry) &&
+            ReadBridgeId(platform, entry->d_name, candidate_id) &&
             candidate_id == id) {
             is_bridge_port = true;
             bridge = entry->d_name;
@@ -116,15 +118,15 @@ std::string GetHostName() {
     return HostNameFromBuffer(buffer, sizeof buffer);
 }
 
-bool ReadBridgeId(const std::string& name, std::string& id) {
-    std::ifstream in(NetClassPath(name + "/bridge/bridge_id"));
+bool ReadBridgeId(const Platform& platform, const std::string& name, std::string& id) {
+    std::ifstream in(NetClassPath(platform, name + "/bridge/bridge_id"));
     return static_cast<bool>(in >> id);
 }
 
-int TopologyChangeTimer(const std::string& bridge) {
-    return ReadBridgeNumber(bridge, "topology_change_timer");
+int TopologyChangeTimer(const Platform& platform, const std::string& bridge) {
+    return ReadBridgeNumber(platform, bridge, "topology_change_timer");
 }
 
-int TopologyChangeDetected(const std::string& bridge) {
-    return ReadBridgeNumber(bridge, "topology_change_detected");
+int TopologyChangeDetected(const Platform& platform, const std::string& bridge) {
+    return ReadBridgeNumber(platform, bridge, "topology_change_detected");
 }

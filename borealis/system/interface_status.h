@@ -7,6 +7,8 @@
 
 #include "common/socket.h"
 
+class Platform;
+
 // A failure while looking at the network interfaces: the message, ": " and
 // the system's text for the error number.
 class NetworkError : public std::runtime_error {
@@ -18,7 +20,11 @@ public:
 // A missing or down interface is not present and keeps every start value.
 class NetworkInterfaceInfo {
 public:
-    explicit NetworkInterfaceInfo(const std::string& name);
+    // Asks the kernel about the host interface that stands for `name` on
+    // `platform`, and the platform's interface folder about its bridge.
+    // Throws ErrnoError when no socket can be made for the requests, and
+    // NetworkError when a port's interface folder cannot be listed.
+    NetworkInterfaceInfo(const Platform& platform, const std::string& name);
 
     std::string name;
     bool present = false;           // exists and is up
@@ -32,8 +38,8 @@ public:
     std::string bridge;             // the bridge this interface is a port of
 
 private:
-    void ReadRequests(int fd);
-    void FindBridge();
+    void ReadRequests(int fd, const std::string& host_name);
+    void FindBridge(const Platform& platform);
 };
 
 // The host's name; empty when it cannot be read.
@@ -44,9 +50,9 @@ std::string HostNameFromBuffer(char* buffer, std::size_t size);
 
 // Reads the bridge id of interface `name` into `id`; false when it has none,
 // that is when the interface is not a bridge.
-bool ReadBridgeId(const std::string& name, std::string& id);
+bool ReadBridgeId(const Platform& platform, const std::string& name, std::string& id);
 // The bridge's topology change timer and detected flag; 0 when unreadable.
-int TopologyChangeTimer(const std::string& bridge);
-int TopologyChangeDetected(const std::string& bridge);
+int TopologyChangeTimer(const Platform& platform, const std::string& bridge);
+int TopologyChangeDetected(const Platform& platform, const std::string& bridge);
 
 #endif

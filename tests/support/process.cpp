@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -31,8 +32,32 @@ static std::vector<std::string> CommandLine(const std::string& program,
     return words;
 }
 
-ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& args) {
+// The entries of `changes` and those of this process's environment whose
+// names they do not set.
+static std::vector<std::string> Environment(const std::vector<std::string>& changes) {
+    std::vector<std::string> entries = changes;
+    for (char** entry = environ; *entry; ++entry) {
+        const std::string name(*entry, std::strcspn(*entry, "=") + 1);
+        bool changed = false;
+        for (const auto& change : changes) changed = changed || change.compare(0, name.size(), name) == 0;
+        if (!changed) entries.push_back(*entry);
+    }
+    return entries;
+}
+
+static std::vector<char*> Pointers(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (auto& text : texts) pointers.push_back(&text[0]);
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& args,
+                           const std::vector<std::string>& environment) {
     std::vector<std::string> words = CommandLine(program, args);
+    std::vector<std::string> entries = Environment(environment);
+    // Built before the fork: the child only duplicates descriptors and execs.
+    std::vector<char*> argv = Pointers(words), envp = Pointers(entries);
     int fds[2];
     if (::pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
     pid_ = ::fork();
@@ -40,10 +65,7 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     if (pid_ == 0) {
         ::dup2(fds[1], 1);
         ::dup2(fds[1], 2);
-        std::vector<char*> argv;
-        for (auto& w : words) argv.push_back(&w[0]);
-        argv.push_back(nullptr);
-        ::execv(argv[0], argv.data());
+        ::execve(argv[0], argv.data(), envp.data());
         ::_exit(127);
     }
     ::close(fds[1]);

@@ -16,8 +16,12 @@ bool WaitUntil(const std::function<bool()>& condition,
 // A child process with its standard output and error captured in one pipe.
 class ChildProcess {
 public:
-    // Starts `program` with `args`, through the build's emulator if any.
-    ChildProcess(const std::string& program, const std::vector<std::string>& args);
+    // Starts `program` with `args`, through the build's emulator if any, in
+    // this process's environment with the `environment` entries ("NAME=value")
+    // added or put in place of those of the same name. Throws
+    // std::runtime_error when no pipe or process can be made.
+    ChildProcess(const std::string& program, const std::vector<std::string>& args,
+                 const std::vector<std::string>& environment = {});
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;

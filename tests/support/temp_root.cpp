@@ -11,20 +11,18 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-TempRoot::TempRoot(bool simulate) : simulate_(simulate) {
+TempRoot::TempRoot(bool simulate) {
     const char* tmp = std::getenv("TMPDIR");
     std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/borealis-test-XXXXXX";
     if (!::mkdtemp(&pattern[0])) throw std::runtime_error("mkdtemp failed");
     path_ = pattern;
-    if (simulate_) {
+    if (simulate) {
         for (const char* dir : {"/etc", "/dev", "/var/run", "/var/log"})
             MakeDirectories(path_ + dir);
-        ::setenv("BOREALIS_ROOT", path_.c_str(), 1);
     }
 }
 
 TempRoot::~TempRoot() {
-    if (simulate_) ::unsetenv("BOREALIS_ROOT");
     std::string command = "rm -rf '" + path_ + "'";
     if (std::system(command.c_str()) != 0) {
         // Left behind in the temporary folder; nothing else to do.

@@ -4,8 +4,8 @@
 #include <string>
 
 // A fresh temporary directory for one test, removed with everything in it
-// when the object goes away. With `simulate` set it also becomes the
-// process's BOREALIS_ROOT, with the folders a simulated analyzer has.
+// when the object goes away. With `simulate` set it holds the folders of a
+// simulated analyzer's root (a SimPlatform or a child's BOREALIS_ROOT).
 class TempRoot {
 public:
     explicit TempRoot(bool simulate = true);
@@ -25,7 +25,6 @@ public:
 
 private:
     std::string path_;
-    bool simulate_;
 };
 
 // Makes the folders of `path` (like mkdir -p).

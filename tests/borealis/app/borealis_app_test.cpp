@@ -38,18 +38,24 @@ protected:
         if (!pid.empty()) ::kill(std::stoi(pid), SIGKILL);
     }
 
+    // Starts borealis with `args` under the test's root.
+    std::unique_ptr<ChildProcess> Start(const std::vector<std::string>& args) {
+        return std::make_unique<ChildProcess>(BorealisExecutable(), args,
+                                              std::vector<std::string>{"BOREALIS_ROOT=" + root.path()});
+    }
+
     // Runs borealis with `args` to its end; returns the exit status.
     int Run(const std::vector<std::string>& args, std::string* output = nullptr) {
-        ChildProcess child(BorealisExecutable(), args);
-        int status = child.Wait();
-        if (output) *output = child.Output();
+        auto child = Start(args);
+        int status = child->Wait();
+        if (output) *output = child->Output();
         return status;
     }
 
     // Starts a daemon in the foreground and waits until it holds its pid
     // file and serves its loop (its signal handlers are in place then).
     std::unique_ptr<ChildProcess> StartForeground() {
-        auto child = std::make_unique<ChildProcess>(BorealisExecutable(), std::vector<std::string>{});
+        auto child = Start({});
         EXPECT_TRUE(WaitUntil([&] { return child->Output().find("running") != std::string::npos; }));
         EXPECT_EQ(root.ReadFile(kPidFile), std::to_string(child->pid()) + "\n");
         return child;
@@ -135,8 +141,9 @@ TEST_F(BorealisProcess, RealTimeWithoutTheRightEndsStartUp) {
     // The unprivileged user must reach the pid file.
     ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
     ASSERT_EQ(::chmod((root / "/var/run").c_str(), 0777), 0);
-    ChildProcess child("/usr/bin/setpriv", {"--reuid=65534", "--regid=65534", "--clear-groups",
-                                            BorealisExecutable(), "-t"});
+    ChildProcess child("/usr/bin/setpriv",
+                       {"--reuid=65534", "--regid=65534", "--clear-groups", BorealisExecutable(), "-t"},
+                       {"BOREALIS_ROOT=" + root.path()});
     EXPECT_EQ(child.Wait(), 255);
     EXPECT_EQ(child.Output(),
               "ERROR: set_real_time_priority: Unable to set real-time priority: Operation not permitted\n");

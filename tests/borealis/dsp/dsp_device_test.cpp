@@ -9,10 +9,10 @@
 
 #include <gtest/gtest.h>
 
-#include "common/errno_error.h"
+#include "borealis/platform/linux_platform.h"
+#include "borealis/platform/sim_platform.h"
 #include "tests/borealis/dsp/dsp_test_peer.h"
 #include "tests/borealis/dsp/recording_listener.h"
-
 #include "tests/support/error_text.h"
 
 namespace {
@@ -20,8 +20,9 @@ namespace {
 // A device connected to a test peer under a simulated root.
 struct Connected {
     TempRoot root;
+    SimPlatform platform{root.path(), 4410};
     DspPeer peer{root};
-    DSPDevice device;
+    DSPDevice device{platform};
     RecordingListener listener;
     Connected() {
         peer.Accept();
@@ -100,14 +101,15 @@ TEST(DSPDevice, WritesQueuedFramesInOneWriteInOrder) {
 }
 
 TEST(DSPDevice, PartialWriteKeepsOutputEventUntilQueueIsEmpty) {
-    // A FIFO standing in for the analyzer's device, opened by its path; a
-    // one-page pipe makes every write of the large queue partial.
+    // A FIFO takes the place of the analyzer's device; a one-page pipe makes
+    // every write of the large queue partial.
     TempRoot root(false);
     const std::string path = root / "/dsp4410";
     ASSERT_EQ(0, ::mkfifo(path.c_str(), 0600));
     int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK);
     ASSERT_GE(reader, 0);
-    DSPDevice device(path);
+    LinuxPlatform analyzer;
+    DSPDevice device(analyzer, path);
     ASSERT_GT(::fcntl(device.GetFd(), F_SETPIPE_SZ, 4096), 0);
     ASSERT_EQ(0, ::fcntl(device.GetFd(), F_SETFL, ::fcntl(device.GetFd(), F_GETFL) | O_NONBLOCK));
 
@@ -170,8 +172,9 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
 
 TEST(DSPDevice, OpeningAMissingDeviceFails) {
     TempRoot root;
+    SimPlatform platform(root.path(), 4410);
     EXPECT_EQ("StreamFile: Unable to open " + root.path() + "/dev/dsp4410: No such file or directory",
-              ErrorText([] { DSPDevice device; }));
+              ErrorText([&] { DSPDevice device(platform); }));
 }
 
 TEST(DSPDevice, CpldRequestsWriteTheSimulatedRegisterFiles) {
@@ -200,7 +203,8 @@ TEST(DSPDevice, CpldRequestsOnTheAnalyzerGoToTheDevice) {
 #endif
     TempRoot root(false);
     root.WriteFile("/dsp4410", "");
-    DSPDevice device(root / "/dsp4410");
+    LinuxPlatform analyzer;
+    DSPDevice device(analyzer, root / "/dsp4410");
     const uid_t user = ::geteuid();
     const std::string refused = "Unable to gain super user priviledges: Operation not permitted";
     EXPECT_EQ(user == 0 ? "Unable to start CPLD clock: Inappropriate ioctl for device" : refused,

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "borealis/platform/sim_platform.h"
 #include "tests/support/temp_root.h"
 
 namespace {
@@ -20,19 +21,20 @@ void WriteIdentity(const TempRoot& root, const char* rev, const char* build,
 TEST(HardwareIdentity, FormatsRevisionAndBuildDate) {
     TempRoot root;
     WriteIdentity(root, "258\n", "7\n", "32165\n", "3593\n");  // 2010 * 16 + 5, 14 * 256 + 9
-    EXPECT_EQ(GetHardwareIdentity(), "1.2.7 (2010-05-14 09:00)");
+    EXPECT_EQ(GetHardwareIdentity(SimPlatform(root.path(), 4410)), "1.2.7 (2010-05-14 09:00)");
 }
 
 TEST(HardwareIdentity, SmallRevisionIsAMinorNumber) {
     TempRoot root;
     WriteIdentity(root, "5", "0", "0", "0");
-    EXPECT_EQ(GetHardwareIdentity(), "0.5.0 (0000-00-00 00:00)");
+    EXPECT_EQ(GetHardwareIdentity(SimPlatform(root.path(), 4410)), "0.5.0 (0000-00-00 00:00)");
 }
 
 TEST(HardwareIdentity, MissingOrUnreadableFilesCountAsZero) {
     TempRoot root;
-    EXPECT_EQ(GetHardwareIdentity(), "0.0.0 (0000-00-00 00:00)");
+    const SimPlatform platform(root.path(), 4410);
+    EXPECT_EQ(GetHardwareIdentity(platform), "0.0.0 (0000-00-00 00:00)");
     root.WriteFile("/sys/bus/platform/devices/io4410/rev", "x258");
     root.WriteFile("/sys/bus/platform/devices/io4410/build", "12");
-    EXPECT_EQ(GetHardwareIdentity(), "0.0.12 (0000-00-00 00:00)");
+    EXPECT_EQ(GetHardwareIdentity(platform), "0.0.12 (0000-00-00 00:00)");
 }

@@ -3,13 +3,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <cstring>
 
+#include "borealis/platform/linux_platform.h"
+#include "borealis/platform/sim_platform.h"
 #include "tests/support/temp_root.h"
 
+namespace {
+
 TEST(NetworkInterfaceInfo, ReadsTheLoopbackInterface) {
-    NetworkInterfaceInfo info("lo");
+    NetworkInterfaceInfo info(LinuxPlatform(), "lo");
     EXPECT_EQ(info.name, "lo");
     EXPECT_TRUE(info.present);
     EXPECT_GT(info.index, 0u);
@@ -22,7 +25,7 @@ TEST(NetworkInterfaceInfo, ReadsTheLoopbackInterface) {
 }
 
 TEST(NetworkInterfaceInfo, MissingInterfaceIsNotPresent) {
-    NetworkInterfaceInfo info("nosuchif0");
+    NetworkInterfaceInfo info(LinuxPlatform(), "nosuchif0");
     EXPECT_FALSE(info.present);
     EXPECT_EQ(info.index, 0u);
     EXPECT_FALSE(info.has_address);
@@ -34,21 +37,21 @@ TEST(NetworkInterfaceInfo, MissingInterfaceIsNotPresent) {
 // port of br0 the way the kernel shows it: brport/bridge links to the
 // bridge's folder. br1 is another bridge that lo does not belong to.
 TEST(NetworkInterfaceInfo, FindsBridgeAndBridgePort) {
-    ::unsetenv("BOREALIS_NETIF");
     TempRoot root;
+    const SimPlatform platform(root.path(), 4410, "lo");
     root.WriteFile("/sys/class/net/br1/bridge/bridge_id", "8000.000000000001\n");
     root.WriteFile("/sys/class/net/br0/bridge/bridge_id", "8000.001a2b3c4d5e\n");
     MakeDirectories(root / "/sys/class/net/lo/brport");
     ASSERT_EQ(::symlink("../../br0", (root / "/sys/class/net/lo/brport/bridge").c_str()), 0);
 
-    NetworkInterfaceInfo bridge("br0");
+    NetworkInterfaceInfo bridge(platform, "br0");
     EXPECT_TRUE(bridge.present);
     EXPECT_EQ(bridge.address.ToString(), "127.0.0.1");
     EXPECT_TRUE(bridge.is_bridge);
     EXPECT_FALSE(bridge.is_bridge_port);
     EXPECT_EQ(bridge.bridge, "");
 
-    NetworkInterfaceInfo port("lo");
+    NetworkInterfaceInfo port(platform, "lo");
     EXPECT_FALSE(port.is_bridge);
     EXPECT_TRUE(port.is_bridge_port);
     EXPECT_EQ(port.bridge, "br0");
@@ -56,11 +59,12 @@ TEST(NetworkInterfaceInfo, FindsBridgeAndBridgePort) {
 
 TEST(NetworkInterfaceInfo, ReadsTopologyChangeOfBridge) {
     TempRoot root;
+    const SimPlatform platform(root.path(), 4410);
     root.WriteFile("/sys/class/net/br0/bridge/topology_change_timer", "25\n");
     root.WriteFile("/sys/class/net/br0/bridge/topology_change_detected", "1\n");
-    EXPECT_EQ(TopologyChangeTimer("br0"), 25);
-    EXPECT_EQ(TopologyChangeDetected("br0"), 1);
-    EXPECT_EQ(TopologyChangeTimer("br1"), 0);
+    EXPECT_EQ(TopologyChangeTimer(platform, "br0"), 25);
+    EXPECT_EQ(TopologyChangeDetected(platform, "br0"), 1);
+    EXPECT_EQ(TopologyChangeTimer(platform, "br1"), 0);
 }
 
 TEST(GetHostName, CutsUnterminatedNameTo127Characters) {
@@ -69,3 +73,5 @@ TEST(GetHostName, CutsUnterminatedNameTo127Characters) {
     EXPECT_EQ(HostNameFromBuffer(buffer, sizeof buffer), std::string(127, 'a'));
     EXPECT_FALSE(GetHostName().empty());
 }
+
+}  // namespace
