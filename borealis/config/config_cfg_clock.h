@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "borealis/system/config_timezone.h"
+#include "borealis/config/config_timezone.h"
 #include "configurable/configbuiltin.h"
 #include "configurable/configurable.h"
 

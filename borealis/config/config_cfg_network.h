@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "borealis/system/config_ip_address.h"
+#include "borealis/config/config_ip_address.h"
 #include "configurable/configbuiltin.h"
 #include "configurable/configurable.h"
 

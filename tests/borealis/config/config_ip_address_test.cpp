@@ -1,4 +1,4 @@
-#include "borealis/system/config_ip_address.h"
+#include "borealis/config/config_ip_address.h"
 
 #include <gtest/gtest.h>
 

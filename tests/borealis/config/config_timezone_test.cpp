@@ -1,4 +1,4 @@
-#include "borealis/system/config_timezone.h"
+#include "borealis/config/config_timezone.h"
 
 #include <gtest/gtest.h>
 
