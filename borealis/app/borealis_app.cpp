@@ -9,13 +9,11 @@
 
 #include "borealis/app/interim_loop.h"
 #include "borealis/platform/platform.h"
+#include "borealis/version.h"
 #include "common/errno_error.h"
 #include "common/syslog_stream.h"
 
-const char* const kBorealisVersion = "borealis 1.0.14";
-
-const char* const kBorealisHelp =
-    "borealis 1.0.14\n"
+const std::string kBorealisHelp = std::string("borealis ") + kBorealisVersion + "\n" +
     "usage: borealis [options]\n"
     "\n"
     "  -h   Show this help\n"

@@ -5,9 +5,6 @@
 
 #include "common/daemon_app.h"
 
-// The version text of the program.
-extern const char* const kBorealisVersion;
-
 class Platform;
 
 // The borealis program: the resident daemon of the analyzer with -b, and
@@ -46,8 +43,8 @@ private:
     bool no_clock_adjust_ = false;
 };
 
-// The help text printed by -h.
-extern const char* const kBorealisHelp;
+// The help text printed by -h; its first line is "borealis " and the version.
+extern const std::string kBorealisHelp;
 
 // Switches the process to first-in-first-out real-time scheduling and locks
 // its memory.
