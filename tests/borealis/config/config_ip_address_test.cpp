@@ -2,34 +2,25 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
+
+#include "tests/support/ask.h"
 
 namespace {
 
-// A minimal document <L><gateway/></L> answering compactly.
-class IPAddressDocument : public ConfigurableComposite {
-public:
-    IPAddressDocument() : ConfigurableComposite("L"), gateway("gateway", "192.168.1.1") { add_child(&gateway); }
-
-    std::string Ask(const std::string& request) {
-        std::istringstream in(request);
-        std::ostringstream out;
-        Configurable::set_compact(out);
-        process(in, out);
-        return out.str();
-    }
-
-    ConfigIPAddress gateway;
+// A minimal document <L><gateway/></L>.
+struct IPAddressDocument : ConfigurableComposite {
+    IPAddressDocument() : ConfigurableComposite("L") { add_child(&gateway); }
+    ConfigIPAddress gateway{"gateway", "192.168.1.1"};
 };
 
 TEST(ConfigIPAddress, ReadsAndWritesDottedAddresses) {
     IPAddressDocument doc;
-    EXPECT_EQ(doc.Ask("<L><gateway>&query_item;&query_doctype_item;</gateway></L>"),
+    EXPECT_EQ(Ask(doc, "<L><gateway>&query_item;&query_doctype_item;</gateway></L>"),
               "192.168.1.1 {int.int.int.int}");
     doc.set_changed(false);
 
-    EXPECT_EQ(doc.Ask("<L><gateway>10.0.0.254</gateway></L>"), "");
+    EXPECT_EQ(Ask(doc, "<L><gateway>10.0.0.254</gateway></L>"), "");
     EXPECT_EQ(doc.gateway.value().ToString(), "10.0.0.254");
     EXPECT_TRUE(doc.has_changed());
 
@@ -41,7 +32,7 @@ TEST(ConfigIPAddress, RejectsTextThatIsNoIPv4Address) {
     IPAddressDocument doc;
     doc.set_changed(false);
     for (const char* text : {"192.168.1.", "gateway", "/tmp/x", "fe80::1"}) {
-        EXPECT_EQ(doc.Ask(std::string("<L><gateway>") + text + "</gateway></L>"),
+        EXPECT_EQ(Ask(doc, std::string("<L><gateway>") + text + "</gateway></L>"),
                   "<Error Param=\"gateway\">unable to read IP address\n</Error>")
             << text;
     }

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/support/ask.h"
 
 namespace {
 
@@ -19,14 +20,6 @@ protected:
 
     std::vector<std::string> theSaved;
 };
-
-std::string Ask(Configurable& root, const std::string& request) {
-    std::istringstream in(request);
-    std::ostringstream out;
-    Configurable::set_compact(out);
-    root.process(in, out);
-    return out.str();
-}
 
 TEST_F(ConfigTimezoneTest, StartsWithUTCOnly) {
     ConfigTimezone zone;

@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/ask.h"
+#include "tests/support/error_text.h"
+
 namespace {
 
 // A golden file holds exactly what the writer writes; the file ends with a
@@ -16,19 +19,8 @@ std::string Golden(const std::string& name) {
     std::ifstream in(std::string(BOREALIS_TEST_DATA_DIR) + "/borealis/config/golden/" + name);
     EXPECT_TRUE(in.is_open()) << name;
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (!text.empty() && text.back() == '\n') {
-        text.pop_back();
-    }
+    if (!text.empty() && text.back() == '\n') text.pop_back();
     return text;
-}
-
-// Sends one request and returns the compact answer, as a client session does.
-std::string Ask(Doc4410& doc, const std::string& request) {
-    std::istringstream in(request);
-    std::ostringstream out;
-    Configurable::set_compact(out);
-    doc.process(in, out);
-    return out.str();
 }
 
 // <norvance><vela><a><b>content</b></a></vela></norvance> for the path a/b.
@@ -147,25 +139,10 @@ TEST(ConfigCfg, LooksUpAuxiliariesAndDacsByNumber) {
     EXPECT_EQ(cfg.dac(1).name(), "dac1");
     EXPECT_EQ(cfg.dac(6).src.value_text(), "ch4");
 
-    const std::pair<int, const char*> badAux[] = {{0, "Invalid Auxilliary: 0"}, {9, "Invalid Auxilliary: 9"},
-                                                  {-1, "Invalid Auxilliary: -1"}};
-    for (const auto& bad : badAux) {
-        try {
-            cfg.aux(bad.first);
-            ADD_FAILURE() << bad.first;
-        } catch (const std::runtime_error& error) {
-            EXPECT_STREQ(error.what(), bad.second);
-        }
-    }
-    const std::pair<int, const char*> badDac[] = {{0, "Invalid Dac: 0"}, {7, "Invalid Dac: 7"}};
-    for (const auto& bad : badDac) {
-        try {
-            cfg.dac(bad.first);
-            ADD_FAILURE() << bad.first;
-        } catch (const std::runtime_error& error) {
-            EXPECT_STREQ(error.what(), bad.second);
-        }
-    }
+    for (int number : {0, 9, -1})
+        EXPECT_EQ(ErrorText([&] { cfg.aux(number); }), "Invalid Auxilliary: " + std::to_string(number));
+    for (int number : {0, 7})
+        EXPECT_EQ(ErrorText([&] { cfg.dac(number); }), "Invalid Dac: " + std::to_string(number));
 }
 
 TEST(ConfigCalRecord, SameTimeMeansSameRecord) {

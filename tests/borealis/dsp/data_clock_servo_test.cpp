@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "borealis/dsp/data_clock.h"
-#include "tests/borealis/dsp/dsp_test_peer.h"
+#include "tests/support/capture_stdout.h"
 
 namespace {
 

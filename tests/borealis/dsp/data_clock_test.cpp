@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/borealis/dsp/dsp_test_peer.h"
+#include "tests/support/capture_stdout.h"
 
 void PrintTo(const TimePair& t, std::ostream* out) {
     *out << "(" << t.seconds << ", " << t.nanoseconds << ")";

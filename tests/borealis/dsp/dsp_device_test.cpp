@@ -13,6 +13,7 @@
 #include "borealis/platform/sim_platform.h"
 #include "tests/borealis/dsp/dsp_test_peer.h"
 #include "tests/borealis/dsp/recording_listener.h"
+#include "tests/support/capture_stdout.h"
 #include "tests/support/error_text.h"
 
 namespace {

@@ -2,60 +2,41 @@
 #define TESTS_BOREALIS_DSP_DSP_TEST_PEER_H
 
 // The signal processor's side of the simulated device: a SOCK_SEQPACKET
-// socket listening at <root>/dev/dsp4410, and helpers to build frames, run
-// the poll loop with a deadline and capture standard output.
+// socket listening at <root>/dev/dsp4410, and frames as the driver delivers
+// them.
 
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdint>
 #include <cstring>
-#include <functional>
-#include <iostream>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "common/poll_processor.h"
+#include "tests/support/pump.h"
 #include "tests/support/temp_root.h"
 
 using Bytes = std::vector<std::uint8_t>;
 
-// A frame as the driver delivers it: arrival time, code, length, payload.
+// A frame as the driver delivers it: arrival time, code, length, payload,
+// every word little-endian.
 inline Bytes Frame(std::uint16_t cmd, const std::vector<std::uint16_t>& words,
                    std::uint32_t seconds = 0, std::uint32_t nanoseconds = 0) {
+    std::vector<std::uint16_t> all = {
+        static_cast<std::uint16_t>(seconds), static_cast<std::uint16_t>(seconds >> 16),
+        static_cast<std::uint16_t>(nanoseconds), static_cast<std::uint16_t>(nanoseconds >> 16),
+        cmd, static_cast<std::uint16_t>(words.size())};
+    all.insert(all.end(), words.begin(), words.end());
     Bytes bytes;
-    auto put16 = [&](std::uint16_t v) {
-        bytes.push_back(v & 0xFF);
-        bytes.push_back(v >> 8);
-    };
-    put16(seconds & 0xFFFF);
-    put16(seconds >> 16);
-    put16(nanoseconds & 0xFFFF);
-    put16(nanoseconds >> 16);
-    put16(cmd);
-    put16(static_cast<std::uint16_t>(words.size()));
-    for (auto w : words) put16(w);
+    for (std::uint16_t w : all) bytes.insert(bytes.end(), {std::uint8_t(w & 0xFF), std::uint8_t(w >> 8)});
     return bytes;
 }
 
 inline Bytes operator+(Bytes a, const Bytes& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;
-}
-
-// Runs the poll loop until `done` holds; false when the deadline passed.
-inline bool PumpUntil(const std::function<bool()>& done,
-                      std::chrono::milliseconds deadline = std::chrono::seconds(10)) {
-    const auto end = std::chrono::steady_clock::now() + deadline;
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        PollProcessor::Instance().Poll(10);
-    }
-    return true;
 }
 
 class DspPeer {
@@ -98,18 +79,6 @@ public:
 private:
     int listen_fd_ = -1;
     int fd_ = -1;
-};
-
-// Captures what is printed on standard output while it lives.
-class CaptureStdout {
-public:
-    CaptureStdout() : saved_(std::cout.rdbuf(text_.rdbuf())) {}
-    ~CaptureStdout() { std::cout.rdbuf(saved_); }
-    std::string Text() const { return text_.str(); }
-
-private:
-    std::ostringstream text_;
-    std::streambuf* saved_;
 };
 
 #endif
