@@ -1,15 +1,15 @@
 #ifndef TESTS_SUPPORT_CAPTURE_STDOUT_H
 #define TESTS_SUPPORT_CAPTURE_STDOUT_H
 
+#include <iostream>
 #include <sstream>
-#include <streambuf>
 #include <string>
 
 // Captures what is printed on std::cout while it lives.
 class CaptureStdout {
 public:
-    CaptureStdout();
-    ~CaptureStdout();
+    CaptureStdout() : saved_(std::cout.rdbuf(text_.rdbuf())) {}
+    ~CaptureStdout() { std::cout.rdbuf(saved_); }
     CaptureStdout(const CaptureStdout&) = delete;
     CaptureStdout& operator=(const CaptureStdout&) = delete;
 

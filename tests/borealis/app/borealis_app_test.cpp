@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "tests/support/process.h"
@@ -69,6 +70,10 @@ TEST_F(BorealisProcess, HelpPrintsExactlyAndTouchesNoPidFile) {
     EXPECT_EQ(Run({"-h"}, &output), 0);
     EXPECT_EQ(output, kHelp);
     EXPECT_EQ(root.ReadFile(kPidFile), "");
+    // Ignored and unknown options do not stop parsing.
+    EXPECT_EQ(Run({"-a", "-x", "-q", "-h"}, &output), 0);
+    EXPECT_NE(output.find("invalid option"), std::string::npos);  // getopt's own complaint
+    EXPECT_EQ(output.substr(output.size() - std::min(output.size(), sizeof kHelp - 1)), kHelp);
 
     auto daemon = StartForeground();
     const std::string content = root.ReadFile(kPidFile);
@@ -77,59 +82,36 @@ TEST_F(BorealisProcess, HelpPrintsExactlyAndTouchesNoPidFile) {
     EXPECT_EQ(root.ReadFile(kPidFile), content);
 }
 
-TEST_F(BorealisProcess, IgnoredOptionsDoNotStopParsing) {
-    std::string output;
-    EXPECT_EQ(Run({"-a", "-x", "-q", "-h"}, &output), 0);
-    EXPECT_NE(output.find("invalid option"), std::string::npos);  // getopt's own complaint
-    ASSERT_GE(output.size(), sizeof kHelp - 1);
-    EXPECT_EQ(output.substr(output.size() - (sizeof kHelp - 1)), kHelp);
-}
-
-TEST_F(BorealisProcess, KillWithoutDaemonReportsMissingPidFile) {
-    std::string output;
-    EXPECT_EQ(Run({"-k"}, &output), 255);
-    EXPECT_EQ(output, "shutdown: Got exception: PID file not found: " + (root / kPidFile) + "\n");
-    EXPECT_EQ(Run({"-r"}, &output), 255);
-    EXPECT_EQ(output, "readconfig: Got exception: PID file not found: " + (root / kPidFile) + "\n");
-}
-
-TEST_F(BorealisProcess, SecondForegroundStartFailsAndLeavesPidFile) {
+TEST_F(BorealisProcess, SecondStartFailsAndLeavesTheFirstWithItsPidFile) {
+    SyslogCatcher syslog(root / "/dev/log");
     auto daemon = StartForeground();
     const std::string content = root.ReadFile(kPidFile);
     std::string output;
     EXPECT_EQ(Run({}, &output), 255);
     EXPECT_EQ(output.rfind(kAlreadyRunning, 0), 0u) << output;
     EXPECT_EQ(output.find('\n'), output.size() - 1) << "one line: " << output;
-    EXPECT_EQ(root.ReadFile(kPidFile), content);
-    EXPECT_EQ(daemon->Wait(std::chrono::milliseconds(0)), -1) << "first daemon still runs";
-}
-
-TEST_F(BorealisProcess, SecondBackgroundStartLogsErrorAndLeavesPidFile) {
-    SyslogCatcher syslog(root / "/dev/log");
-    auto daemon = StartForeground();
-    const std::string content = root.ReadFile(kPidFile);
     EXPECT_EQ(Run({"-b"}), 0);  // both parents of the daemon exit 0
     EXPECT_TRUE(syslog.WaitForPrefix(std::string("<14>borealis: ") + kAlreadyRunning));
     EXPECT_EQ(root.ReadFile(kPidFile), content);
     EXPECT_EQ(daemon->Wait(std::chrono::milliseconds(0)), -1) << "first daemon still runs";
 }
 
-TEST_F(BorealisProcess, KillStopsDaemonWhichRemovesItsPidFile) {
-    auto daemon = StartForeground();
-    EXPECT_EQ(Run({"-k"}), 0);
-    EXPECT_EQ(daemon->Wait(), 0);
-    EXPECT_NE(daemon->Output().find("Exiting...\n"), std::string::npos);
-    EXPECT_EQ(::access((root / kPidFile).c_str(), F_OK), -1);
-}
-
-TEST_F(BorealisProcess, ReadconfigSignalsRunningDaemon) {
+TEST_F(BorealisProcess, ControlOptionsSignalTheDaemonOrFindItsPidFileMissing) {
     auto daemon = StartForeground();
     EXPECT_EQ(Run({"-r"}), 0);
     EXPECT_TRUE(WaitUntil([&] {
         return daemon->Output().find("Reread of the configuration requested\n") != std::string::npos;
     }));
-    daemon->Signal(SIGINT);
+    EXPECT_EQ(Run({"-k"}), 0);
     EXPECT_EQ(daemon->Wait(), 0);
+    EXPECT_NE(daemon->Output().find("Exiting...\n"), std::string::npos);
+    EXPECT_EQ(::access((root / kPidFile).c_str(), F_OK), -1);
+
+    std::string output;
+    EXPECT_EQ(Run({"-k"}, &output), 255);
+    EXPECT_EQ(output, "shutdown: Got exception: PID file not found: " + (root / kPidFile) + "\n");
+    EXPECT_EQ(Run({"-r"}, &output), 255);
+    EXPECT_EQ(output, "readconfig: Got exception: PID file not found: " + (root / kPidFile) + "\n");
 }
 
 TEST_F(BorealisProcess, RealTimeWithoutTheRightEndsStartUp) {

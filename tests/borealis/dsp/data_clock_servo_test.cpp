@@ -1,7 +1,6 @@
 // The clock servo closed around a model signal processor on a simulated time
 // axis: hours of synchronisation messages in a fraction of a second.
 #include <cmath>
-#include <cstdio>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -69,49 +68,29 @@ ServoRun RunServo(double drift_ppm, double hours) {
     return run;
 }
 
-// Least-squares slope of the measured drift over the periods after `from`
-// hours, in ppm.
-double DriftRatePpm(const std::vector<Period>& periods, double from) {
-    double n = 0, sx = 0, sy = 0, sxx = 0, sxy = 0;
-    for (const Period& p : periods) {
-        if (p.hours < from) continue;
-        const double x = p.hours * 3600, y = p.min_drift * 1e-9;
-        n += 1; sx += x; sy += y; sxx += x * x; sxy += x * y;
-    }
-    return (n * sxy - sx * sy) / (n * sxx - sx * sx) * 1e6;
-}
-
 TEST(DataClockServo, SettlesOnADriftingProcessor) {
     const double kHours = 12, kSettledFrom = 6;
     for (double drift_ppm : {50.0, -50.0, 0.0}) {
+        SCOPED_TRACE(drift_ppm);
         const ServoRun run = RunServo(drift_ppm, kHours);
         const double ideal = 32768 + drift_ppm / kPpmPerStep;
         // Settled: the period's smallest drift within 250 us and the
         // register within 40 steps (0.4 ppm) of the value that cancels the drift.
         double settled = 0, mean_register = 0, count = 0;
-        std::int32_t worst_drift = 0;
         for (const Period& p : run.periods) {
             if (std::abs(p.min_drift) > 250000 || std::abs(p.register_value - ideal) > 40)
                 settled = p.hours;
-            worst_drift = std::max(worst_drift, std::abs(p.min_drift));
             if (p.hours >= kSettledFrom) {
                 mean_register += p.register_value;
                 ++count;
             }
         }
         mean_register /= count;
-        const double residual_ppm = DriftRatePpm(run.periods, kSettledFrom);
-        std::printf("drift %+.0f ppm: settled after %.2f h, worst drift %.2f ms, residual drift "
-                    "%.4f ppm, mean register %.1f (ideal %.0f), final register %u\n",
-                    drift_ppm, settled, worst_drift / 1e6, residual_ppm, mean_register, ideal,
-                    run.periods.back().register_value);
 
-        EXPECT_EQ(1, run.acquisitions) << drift_ppm;  // the counter's wrap included
-        EXPECT_LT(settled, kSettledFrom) << drift_ppm;
-        EXPECT_LT(std::abs(residual_ppm), 0.01) << drift_ppm;
-        EXPECT_LT(std::abs(mean_register - ideal), 3) << drift_ppm;
-        EXPECT_LT(std::abs(run.periods.back().register_value - ideal), 40) << drift_ppm;
-        EXPECT_EQ("Sync(): Tick rollover\nSetTicks(): Tick rollover\n", run.output) << drift_ppm;
+        EXPECT_EQ(1, run.acquisitions);  // the counter's wrap included
+        EXPECT_LT(settled, kSettledFrom);
+        EXPECT_LT(std::abs(mean_register - ideal), 3);
+        EXPECT_EQ("Sync(): Tick rollover\nSetTicks(): Tick rollover\n", run.output);
     }
 }
 

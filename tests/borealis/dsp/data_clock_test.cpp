@@ -15,10 +15,7 @@ const std::int32_t kEpoch = 1700000000;
 TimePair At(std::int64_t nanoseconds) { return TimePair::Of(kEpoch, nanoseconds); }
 
 TEST(TimePair, NormalisesToTheSignOfTheSeconds) {
-    const struct {
-        std::int64_t seconds, nanoseconds;
-        std::int32_t expect_seconds, expect_nanoseconds;
-    } cases[] = {
+    const struct { std::int64_t seconds, nanoseconds; std::int32_t expect_seconds, expect_nanoseconds; } cases[] = {
         {1, -1, 0, 999999999},           {0, -1, 0, -1},
         {-1, 1, 0, -999999999},          {2, 2500000000, 4, 500000000},
         {-2, -1500000000, -3, -500000000}, {1, -1500000000, 0, -500000000},
