@@ -111,5 +111,3 @@ const std::string& ChildProcess::Output() {
     Drain();
     return output_;
 }
-
-void ChildProcess::Signal(int number) { ::kill(pid_, number); }

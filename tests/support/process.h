@@ -34,7 +34,6 @@ public:
     const std::string& Output();
     // Reads what is available without waiting.
     void Drain();
-    void Signal(int number);
 
 private:
     pid_t pid_ = -1;
