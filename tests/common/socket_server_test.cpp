@@ -287,3 +287,35 @@ TEST_F(SocketServerTest, ConnectsOutToAnotherServer) {
     EXPECT_EQ(outgoing->GetPendingOutput(), 0u);
     EXPECT_EQ(log.back(), "removed");
 }
+
+// A listener that tells the other clients when one leaves, as the hub does.
+class FarewellListener : public SocketServerListener {
+public:
+    void ClientAdded(SocketClient*) override { ++added; }
+    void ClientRemoved(SocketClient* leaving) override {
+        for (SocketClient* other : leaving->GetServer()->GetClients())
+            if (other != leaving && other->IsOpen()) {
+                other->Send("left\n");
+                ++farewells;
+            }
+    }
+    int added = 0;
+    int farewells = 0;
+};
+
+TEST(SocketServer, DestructorClosesEveryClientBeforeDeletingAny) {
+    ::signal(SIGPIPE, SIG_IGN);
+    FarewellListener listener;
+    std::vector<std::unique_ptr<Peer>> peers;
+    {
+        SocketServer server("\n", AF_INET6);
+        server.AddListener(&listener);
+        server.Listen(0);
+        SocketAddress bound;
+        server.GetSocket().GetSockName(&bound);
+        for (int i = 0; i < 2; ++i) peers.emplace_back(new Peer(bound.GetPort()));
+        ASSERT_TRUE(PollUntil([&] { return listener.added == 2; }));
+    }
+    // Only the first to leave still had an open client to tell.
+    EXPECT_EQ(listener.farewells, 1);
+}
