@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -81,5 +82,44 @@ TEST(DelimParser, DelimiterAddedFirstWinsATie) {
         ASSERT_TRUE(parser.GetMessage(message, found));
         EXPECT_EQ(message, c.message);
         EXPECT_EQ(found, c.found);
+    }
+}
+
+TEST(DelimParser, FindsDelimitersInTextSearchedBefore) {
+    // The longer delimiter straddles two appends by more than the shorter's
+    // length.
+    DelimParser parser("</endtag>");
+    parser.AddDelimiter("</a>");
+    std::string message;
+    parser.Append("x</endta");
+    EXPECT_FALSE(parser.GetMessage(message));
+    parser.Append("g>y");
+    ASSERT_TRUE(parser.GetMessage(message));
+    EXPECT_EQ(message, "x</endtag>");
+
+    // A delimiter added later is looked for from the start.
+    DelimParser colon(":");
+    colon.Append("a;b");
+    EXPECT_FALSE(colon.GetMessage(message));
+    colon.AddDelimiter(";");
+    ASSERT_TRUE(colon.GetMessage(message));
+    EXPECT_EQ(message, "a;");
+}
+
+TEST(DelimParser, LongLineWithoutDelimiterCostsLinearTime) {
+    // 32 MB in reads of 4096 bytes takes some 0.05 s of processor time when
+    // each byte is searched once, and seconds when the buffer is searched
+    // again on every read.
+    for (const char* second : {"", "</endtag>"}) {
+        DelimParser parser("\n");
+        if (*second) parser.AddDelimiter(second);
+        const std::string read(4096, 'x');
+        std::string message;
+        const std::clock_t start = std::clock();
+        for (int i = 0; i < 8192; ++i) {
+            parser.Append(read);
+            ASSERT_FALSE(parser.GetMessage(message));
+        }
+        EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 2) << second;
     }
 }
