@@ -89,7 +89,9 @@ class SocketClient : public PollItem {
 public:
     // Accepts the connection pending on the server's socket.
     explicit SocketClient(SocketServer* server);
-    // Connects to `address`, giving up after `seconds`.
+    // Connects to `address`, giving up after `seconds`; failures propagate.
+    // Deliberately connects first and turns non-blocking afterwards: a
+    // non-blocking connect returns at once and the limit could never apply.
     SocketClient(SocketServer* server, const SocketAddress& address, unsigned seconds);
     ~SocketClient() override = default;
 
