@@ -9,6 +9,7 @@
 
 #include "common/delim_parser.h"
 #include "common/poll_processor.h"
+#include "common/registration_list.h"
 #include "common/socket.h"
 
 class SocketClient;

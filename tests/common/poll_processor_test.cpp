@@ -46,20 +46,6 @@ TEST(MillisecondClock, CountsSmallStepsAndOneSecondForJumps) {
     EXPECT_EQ(MillisecondClock::Difference(late, wrapped), -2000);
 }
 
-TEST(RegistrationList, SweepsRemovalsAfterAWalkThatThrew) {
-    RegistrationList<int> list;
-    int a = 1, b = 2;
-    list.Add(&a);
-    list.Add(&b);
-    EXPECT_THROW(list.ForEach([&](int* entry) {
-        list.Remove(entry);
-        throw std::runtime_error("listener failed");
-    }),
-                 std::runtime_error);
-    list.Remove(&b);
-    EXPECT_EQ(list.Slots(), 0u);
-}
-
 struct CountingTimer : PollTimer {
     int fired = 0;
     int rearm_ms = -1;
