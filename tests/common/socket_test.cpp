@@ -105,13 +105,12 @@ TEST(Socket, AcceptWithNothingPendingReportsEAGAIN) {
               "Socket: accept error: Resource temporarily unavailable");
 }
 
-TEST(Socket, RefusedConnectWithinTheLimitIsThePlainError) {
-    Socket socket(AF_INET, SOCK_STREAM, 0);
-    EXPECT_EQ(ErrorText([&] { socket.Connect(Loopback(UniqueTestPort()), 5); }),
-              "Socket: unable to connect to 127.0.0.1: Connection refused");
-}
+TEST(Socket, ConnectFailsWithItsOwnErrorUnlessTheLimitRanOut) {
+    Socket refused(AF_INET, SOCK_STREAM, 0);
+    for (unsigned limit : {5u, 0u})
+        EXPECT_EQ(ErrorText([&] { refused.Connect(Loopback(UniqueTestPort()), limit); }),
+                  "Socket: unable to connect to 127.0.0.1: Connection refused");
 
-TEST(Socket, ConnectToAFullBacklogTimesOut) {
     // A Unix-domain listener that never accepts: once its backlog is full a
     // blocking connect waits until the alarm interrupts it.
     TempRoot root(false);
