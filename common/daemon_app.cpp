@@ -121,6 +121,8 @@ void DaemonApp::send_signal(int number) {
     std::ifstream file(pid_path_);
     if (!file) throw std::runtime_error("PID file not found: " + pid_path_);
     int pid = 0;
-    if (!(file >> pid)) throw std::runtime_error("Unable to read PID file: " + pid_path_);
+    // 0 and negative numbers would signal a process group or every process.
+    if (!(file >> pid) || pid < 1)
+        throw std::runtime_error("Unable to read PID file: " + pid_path_);
     if (::kill(pid, number) != 0) throw ErrnoError("Unable to signal");
 }

@@ -33,7 +33,8 @@ public:
     // Opens, write-locks and fills the pid file; throws when another
     // process holds the lock.
     void create_pid_file();
-    // Sends `number` to the process named in the pid file.
+    // Sends `number` to the process named in the pid file; throws when the
+    // file is missing, holds no process id above 0, or the signal fails.
     void send_signal(int number);
 
     const std::string& pid_path() const { return pid_path_; }

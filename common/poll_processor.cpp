@@ -4,25 +4,6 @@
 
 #include "common/errno_error.h"
 
-std::int32_t MillisecondClock::Read(std::uint32_t seconds, long microseconds) {
-    // Unsigned, so that a backward step looks like a huge forward one.
-    std::uint32_t step = seconds - last_seconds_;
-    if (step > 10) base_seconds_ += step - 1;
-    last_seconds_ = seconds;
-    return static_cast<std::int32_t>((seconds - base_seconds_) * 1000u +
-                                     static_cast<std::uint32_t>(microseconds / 1000));
-}
-
-std::int32_t MillisecondClock::Add(std::int32_t at, std::int32_t ms) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(at) +
-                                     static_cast<std::uint32_t>(ms));
-}
-
-std::int32_t MillisecondClock::Difference(std::int32_t later, std::int32_t earlier) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(later) -
-                                     static_cast<std::uint32_t>(earlier));
-}
-
 void NormaliseTimeout(struct timeval& timeout) {
     if (timeout.tv_usec > 999999) {
         timeout.tv_sec += timeout.tv_usec / 1000000;
@@ -137,75 +118,4 @@ void PollProcessor::RunIdle() {
             handler->done_ = true;
     });
     idle_done_ = all_done;
-}
-
-PollItem::PollItem(short events, bool register_now) : events_(events) {
-    if (register_now) Register();
-}
-
-PollItem::~PollItem() { Unregister(); }
-
-void PollItem::Register() {
-    if (registered_) return;
-    PollProcessor& processor = PollProcessor::Instance();
-    processor.items_.Add(this);
-    processor.table_stale_ = true;
-    registered_ = true;
-}
-
-void PollItem::Unregister() {
-    if (!registered_) return;
-    PollProcessor& processor = PollProcessor::Instance();
-    processor.items_.Remove(this);
-    processor.table_stale_ = true;
-    registered_ = false;
-}
-
-void PollItem::SetEvents(short events) {
-    if (events == events_) return;
-    events_ = events;
-    PollProcessor::Instance().table_stale_ = true;
-}
-
-PollTimer::~PollTimer() { Unregister(); }
-
-void PollTimer::Register() {
-    if (registered_) return;
-    armed_ = false;
-    PollProcessor::Instance().timers_.Add(this);
-    registered_ = true;
-}
-
-void PollTimer::Unregister() {
-    if (!registered_) return;
-    armed_ = false;
-    PollProcessor::Instance().timers_.Remove(this);
-    registered_ = false;
-}
-
-void PollTimer::Start(std::int32_t ms) {
-    if (ms < 0) {
-        armed_ = false;
-        return;
-    }
-    if (!registered_) return;
-    due_ = MillisecondClock::Add(PollProcessor::NowMs(), ms);
-    armed_ = true;
-}
-
-PollIdleHandler::~PollIdleHandler() { Unregister(); }
-
-void PollIdleHandler::Register() {
-    if (registered_) return;
-    PollProcessor& processor = PollProcessor::Instance();
-    processor.idle_handlers_.Add(this);
-    done_ = false;
-    registered_ = true;
-    processor.idle_done_ = false;
-}
-
-void PollIdleHandler::Unregister() {
-    if (!registered_) return;
-    PollProcessor::Instance().idle_handlers_.Remove(this);
-    registered_ = false;
 }

@@ -114,7 +114,10 @@ public:
     // The accepted connection; `peer` (optional) receives its address.
     Socket Accept(SocketAddress* peer = nullptr);
     void Connect(const SocketAddress& address);
-    // Connects, giving up when `seconds` pass first; 0 waits without limit.
+    // Connects, giving up when `seconds` pass first: SocketConnectionTimedOut.
+    // 0 waits without limit, and any failure is then the connect's own
+    // ErrnoError, rethrown unchanged: this is deliberate, as only a limit
+    // that ran out is a time-out.
     void Connect(const SocketAddress& address, unsigned seconds);
     void Shutdown(int how);
 

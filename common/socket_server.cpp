@@ -13,14 +13,16 @@ SocketServer::SocketServer(const std::string& delimiter, int family)
       family_(family) {}
 
 SocketServer::~SocketServer() {
+    // Every client is closed before any is deleted: a ClientRemoved listener
+    // may walk the client list to tell the others.
     for (SocketClient* client : clients_) {
         try {
             client->Close();
         } catch (const std::exception&) {
             // Going away regardless; the descriptor is released either way.
         }
-        delete client;
     }
+    for (SocketClient* client : clients_) delete client;
     clients_.clear();
     try {
         socket_.Close();

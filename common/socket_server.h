@@ -9,6 +9,7 @@
 
 #include "common/delim_parser.h"
 #include "common/poll_processor.h"
+#include "common/registration_list.h"
 #include "common/socket.h"
 
 class SocketClient;
@@ -89,7 +90,9 @@ class SocketClient : public PollItem {
 public:
     // Accepts the connection pending on the server's socket.
     explicit SocketClient(SocketServer* server);
-    // Connects to `address`, giving up after `seconds`.
+    // Connects to `address`, giving up after `seconds`; failures propagate.
+    // Deliberately connects first and turns non-blocking afterwards: a
+    // non-blocking connect returns at once and the limit could never apply.
     SocketClient(SocketServer* server, const SocketAddress& address, unsigned seconds);
     ~SocketClient() override = default;
 

@@ -2,84 +2,100 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <string>
 #include <vector>
 
 namespace {
 
-std::vector<std::string> Drain(DelimParser& parser) {
-    std::vector<std::string> messages;
-    std::string message;
-    while (parser.GetMessage(message)) messages.push_back(message);
-    return messages;
+// The processor time `work` takes.
+template <typename Work>
+std::clock_t ProcessorTime(Work work) {
+    const std::clock_t start = std::clock();
+    work();
+    return std::clock() - start;
 }
 
 }  // namespace
 
-TEST(DelimParser, NewlineModeKeepsTheUnfinishedLine) {
-    DelimParser parser("\n");
-    parser.Append("abc\ndef");
-    EXPECT_EQ(Drain(parser), std::vector<std::string>{"abc\n"});
-    EXPECT_EQ(parser.GetBuffer(), "def");
-    parser.Append("\n");
-    std::string message, found;
-    ASSERT_TRUE(parser.GetMessage(message, found));
-    EXPECT_EQ(message, "def\n");
-    EXPECT_EQ(found, "\n");
-    EXPECT_FALSE(parser.GetMessage(message));
-}
-
-TEST(DelimParser, GeneralModeCutsAtTheEarliestOfSeveralDelimiters) {
-    DelimParser parser("</endtag>");
-    parser.AddDelimiter("</another>");
-    parser.AddDelimiter("</last>");
-    const char* chunks[] = {
-        "This is the first line</endtag>",
-        "This is the second",
-        "And the </endtag> third",
-        "The fourth line here\n",
-        "</endtag>This is the sixth</endtag>And the seventh\nline is two",
-        "line together</endtag>The eighth uses another delim</another>The ninth ",
-        "yet another</last>The tenth</another>The eleventh</endtag>"
-        "This should never show up without an end tag!",
-    };
-    std::vector<std::string> messages;
-    for (const char* chunk : chunks) {
-        parser.Append(chunk);
-        for (const std::string& message : Drain(parser)) messages.push_back(message);
-    }
-    const std::vector<std::string> expected = {
-        "This is the first line</endtag>",
-        "This is the secondAnd the </endtag>",
-        " thirdThe fourth line here\n</endtag>",
-        "This is the sixth</endtag>",
-        "And the seventh\nline is twoline together</endtag>",
-        "The eighth uses another delim</another>",
-        "The ninth yet another</last>",
-        "The tenth</another>",
-        "The eleventh</endtag>",
-    };
-    EXPECT_EQ(messages, expected);
-    EXPECT_EQ(parser.GetBuffer(), "This should never show up without an end tag!");
-}
-
-TEST(DelimParser, DelimiterAddedFirstWinsATie) {
+TEST(DelimParser, CutsAppendedTextAtTheEarliestDelimiter) {
     struct Case {
-        std::vector<std::string> delimiters;
-        std::string message, found;
+        std::vector<std::string> delimiters, chunks, messages;
+        std::string rest;
     } cases[] = {
-        {{"ab", "a"}, "xab", "ab"},
-        {{"a", "ab"}, "xa", "a"},
-        {{"\n", "b"}, "xab", "b"},  // "\n" with a second delimiter is general
-        {{"", "b"}, "xab", "b"},    // an empty delimiter never matches
+        {{"\n"}, {"abc\ndef", "\n"}, {"abc\n", "def\n"}, ""},
+        {{"</endtag>", "</another>", "</last>"},
+         {"This is the first line</endtag>", "This is the second", "And the </endtag> third",
+          "The fourth line here\n",
+          "</endtag>This is the sixth</endtag>And the seventh\nline is two",
+          "line together</endtag>The eighth uses another delim</another>The ninth ",
+          "yet another</last>The tenth</another>The eleventh</endtag>"
+          "This should never show up without an end tag!"},
+         {"This is the first line</endtag>", "This is the secondAnd the </endtag>",
+          " thirdThe fourth line here\n</endtag>", "This is the sixth</endtag>",
+          "And the seventh\nline is twoline together</endtag>",
+          "The eighth uses another delim</another>", "The ninth yet another</last>",
+          "The tenth</another>", "The eleventh</endtag>"},
+         "This should never show up without an end tag!"},
+        // On equal positions the delimiter added first wins.
+        {{"ab", "a"}, {"xab\n"}, {"xab"}, "\n"},
+        {{"a", "ab"}, {"xab\n"}, {"xa"}, "b\n"},
+        {{"\n", "b"}, {"xab\n"}, {"xab", "\n"}, ""},  // "\n" with another is general
+        {{"", "b"}, {"xab\n"}, {"xab"}, "\n"},        // an empty delimiter never matches
+        // The longer delimiter straddles two appends by more than the shorter.
+        {{"</endtag>", "</a>"}, {"x</endta", "g>y"}, {"x</endtag>"}, "y"},
     };
     for (const Case& c : cases) {
         DelimParser parser(c.delimiters[0]);
-        parser.AddDelimiter(c.delimiters[1]);
-        parser.Append("xab\n");
+        for (std::size_t i = 1; i < c.delimiters.size(); ++i) parser.AddDelimiter(c.delimiters[i]);
+        std::vector<std::string> messages;
         std::string message, found;
-        ASSERT_TRUE(parser.GetMessage(message, found));
-        EXPECT_EQ(message, c.message);
-        EXPECT_EQ(found, c.found);
+        for (const std::string& chunk : c.chunks) {
+            parser.Append(chunk);
+            while (parser.GetMessage(message, found)) {
+                messages.push_back(message);
+                EXPECT_EQ(message.substr(message.size() - found.size()), found);
+            }
+        }
+        EXPECT_EQ(messages, c.messages) << c.delimiters[0];
+        EXPECT_EQ(parser.GetBuffer(), c.rest) << c.delimiters[0];
+    }
+}
+
+TEST(DelimParser, DelimiterAddedLaterIsFoundInTextSearchedBefore) {
+    DelimParser parser(":");
+    parser.Append("a;b");
+    std::string message;
+    EXPECT_FALSE(parser.GetMessage(message));
+    parser.AddDelimiter(";");
+    ASSERT_TRUE(parser.GetMessage(message));
+    EXPECT_EQ(message, "a;");
+}
+
+TEST(DelimParser, LongLineWithoutDelimiterCostsLinearTime) {
+    // 32 MB without a delimiter, arriving in reads of 4096 bytes. Searched
+    // once, each byte costs about what collecting it costs; searched again
+    // on every read, the whole costs a hundred times that and more. Timed
+    // against the collecting on the same machine, emulated ones included.
+    const std::string read(4096, 'x');
+    const int reads = 8192;
+    const std::clock_t collect = ProcessorTime([&] {
+        std::string buffer;
+        for (int i = 0; i < reads; ++i) {
+            buffer += read;
+            ASSERT_EQ(buffer.find('\n', buffer.size() - read.size()), std::string::npos);
+        }
+    });
+    for (const char* second : {"", "</endtag>"}) {
+        DelimParser parser("\n");
+        if (*second) parser.AddDelimiter(second);
+        std::string message;
+        const std::clock_t parse = ProcessorTime([&] {
+            for (int i = 0; i < reads; ++i) {
+                parser.Append(read);
+                ASSERT_FALSE(parser.GetMessage(message));
+            }
+        });
+        EXPECT_LT(parse, 10 * collect + CLOCKS_PER_SEC / 20) << second;
     }
 }

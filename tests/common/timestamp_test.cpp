@@ -17,30 +17,24 @@ struct TextAndValue {
 const TextAndValue kBothWays[] = {
     {"1989-01-01 00:00:00", 0},
     {"1989-01-01 00:00:00.001", 0.001},
-    {"1989-01-01 00:00:00.1", 0.1},
-    {"1989-01-01 00:00:01.001", 1.001},
     {"1989-01-01 00:00:09.999", 9.999},
     {"1989-01-01 00:00:10", 10},
-    {"1989-01-01 00:01:00", 60},
-    {"1989-01-01 00:59:59.999", 3599.999},
-    {"1989-01-01 23:59:59.999", 86399.999},
-    {"1989-01-02 00:00:00", 86400},
-    {"1989-02-01 00:00:00", 2678400},
     {"1989-03-01 00:00:00", 5097600},
     {"1989-12-31 23:59:59.999", 31535999.999},
-    {"1990-01-01 00:00:00", 31536000},
     {"1992-02-29 00:00:00", 99705600},
     {"1992-03-01 00:00:00", 99792000},
-    {"2000-01-01 00:00:00", 347068800},
+    {"1992-12-31 23:59:58.5", 126230398.5},  // the last day of a leap year
     {"2001-03-01 00:00:00", 383788800},
     {"2099-12-31 23:59:59.999", 3502828799.999},
 };
 
-// Partial times of day read as zero for what is missing.
+// Partial times of day read as zero for what is missing; a time must follow
+// one blank.
 const TextAndValue kReadOnly[] = {
-    {"1989-12-31 23:59:59", 31535999}, {"1989-12-31 23:59", 31535940},
-    {"1989-12-31 23", 31532400},       {"1989-12-31", 31449600},
-    {"1989-12-01", 28857600},          {"1989-01-01", 0},
+    {"1989-12-31 23:59", 31535940},
+    {"1989-12-31 23", 31532400},
+    {"1989-12-31", 31449600},
+    {"1989-12-31T23:59:59", 31449600},
 };
 
 std::string Write(double value) {
@@ -79,15 +73,6 @@ TEST(Timestamp, BadDateLeavesValueUnchangedAndFailsStream) {
     }
 }
 
-TEST(Timestamp, TimeMustFollowOneBlank) {
-    std::istringstream in("1989-01-02T01:00:00");
-    Timestamp stamp;
-    in >> stamp;
-    EXPECT_TRUE(in.good());
-    EXPECT_EQ(stamp.get(), 86400);
-    EXPECT_EQ(in.get(), 'T');
-}
-
 TEST(Timestamp, FieldsCarryAndTwoDigitYearsAndRangeLimit) {
     EXPECT_EQ(Timestamp(0, 1, 1, 0, 0, 0).get(), 347068800);    // 2000
     EXPECT_EQ(Timestamp(90, 1, 1, 0, 0, 0).get(), 31536000);    // 1990
@@ -97,19 +82,4 @@ TEST(Timestamp, FieldsCarryAndTwoDigitYearsAndRangeLimit) {
     EXPECT_EQ(Timestamp(2100, 1, 1, 0, 0, 0).get(), 0);
     EXPECT_EQ(Timestamp(1989, 0, 1, 0, 0, 0).get(), 0);  // December 1988
     EXPECT_EQ(Timestamp(1989, INT_MIN, INT_MIN, INT_MAX, INT_MAX, 0).get(), 0);
-}
-
-TEST(Timestamp, SplitsIntoFieldsOnLastDayOfLeapYear) {
-    Timestamp stamp(1992, 12, 31, 23, 59, 58.5);
-    EXPECT_EQ(std::to_string(stamp.year()) + "-" + std::to_string(stamp.month()) + "-" +
-                  std::to_string(stamp.day()) + " " + std::to_string(stamp.hour()) + ":" +
-                  std::to_string(stamp.minute()),
-              "1992-12-31 23:59");
-    EXPECT_DOUBLE_EQ(stamp.second(), 58.5);
-}
-
-TEST(Timestamp, NowIsWithinTheCalendar) {
-    Timestamp now = Timestamp::now();
-    EXPECT_GE(now.year(), 2020);
-    EXPECT_LE(now.year(), 2099);
 }

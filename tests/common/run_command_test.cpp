@@ -1,0 +1,35 @@
+#include "common/run_command.h"
+
+#include <signal.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+TEST(RunCommand, ReturnsTheWaitStatus) {
+    EXPECT_EQ(RunCommand("exit 3"), 3 << 8);
+}
+
+TEST(RunCommand, CommandGetsDefaultSignalActionsAndNoMask) {
+    // The daemon ignores the first two and the command must not inherit
+    // that; the third stands for any signal the daemon blocks.
+    struct sigaction ignore = {}, saved_pipe, saved_hangup;
+    ignore.sa_handler = SIG_IGN;
+    ::sigaction(SIGPIPE, &ignore, &saved_pipe);
+    ::sigaction(SIGHUP, &ignore, &saved_hangup);
+    sigset_t terminate, saved_mask;
+    sigemptyset(&terminate);
+    sigaddset(&terminate, SIGTERM);
+    ::sigprocmask(SIG_BLOCK, &terminate, &saved_mask);
+
+    // Ended by the signal, the shell's wait status is the signal's number.
+    const std::pair<const char*, int> signals[] = {
+        {"PIPE", SIGPIPE}, {"HUP", SIGHUP}, {"TERM", SIGTERM}};
+    for (auto [name, number] : signals)
+        EXPECT_EQ(RunCommand(std::string("kill -s ") + name + " $$"), number) << name;
+
+    ::sigprocmask(SIG_SETMASK, &saved_mask, nullptr);
+    ::sigaction(SIGPIPE, &saved_pipe, nullptr);
+    ::sigaction(SIGHUP, &saved_hangup, nullptr);
+}
