@@ -202,6 +202,10 @@ void XMLParser::ReadOutsideTag(TokenInfo& token)
     theStream.unget();
     XMLName name;
     name.Read(theStream);
+    // A name that runs to the end of input may be cut short: no start tag.
+    if (EndOfInput(token)) {
+        return;
+    }
     if (name.empty()) {
         SetError(token, "Empty XML tag name");
         return;
@@ -279,6 +283,11 @@ void XMLParser::ReadAttribute(TokenInfo& token)
     }
     XMLString value;
     value.Read(theStream);
+    // A value that runs to the end of input (unquoted, or its closing quote
+    // missing) may be cut short: it assigns nothing.
+    if (EndOfInput(token)) {
+        return;
+    }
     token.theToken = ATTRIBUTE_VALUE_PAIR;
     token.theTokenValue = value;
 }
