@@ -111,6 +111,16 @@ void XMLParser::SetMark()
     theMark = theCurrent;
 }
 
+XMLParser::Position XMLParser::GetMark() const
+{
+    return theMark;
+}
+
+void XMLParser::SetMark(Position mark)
+{
+    theMark = mark;
+}
+
 void XMLParser::GotoMark()
 {
     theCurrent = theMark;

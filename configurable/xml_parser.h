@@ -30,6 +30,8 @@ public:
         std::string theTokenValue;
     };
     typedef boost::shared_ptr<TokenInfo> TokenPtr;
+    // A place in the list of tokens read so far, as the mark keeps it.
+    typedef std::list<TokenPtr>::iterator Position;
 
     explicit XMLParser(std::istream& in);
 
@@ -40,6 +42,8 @@ public:
 
     void UngetToken();
     void SetMark();
+    Position GetMark() const;
+    void SetMark(Position mark);
     void GotoMark();
     void ClearError();
     // Skips the rest of the element whose start tag was read last.
@@ -60,8 +64,8 @@ private:
 
     std::istream& theStream;
     TokenList theTokens;
-    TokenList::iterator theCurrent;
-    TokenList::iterator theMark;
+    Position theCurrent;
+    Position theMark;
     std::string theOpenElement;
     bool theInStartTag = false;
 };

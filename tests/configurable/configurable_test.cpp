@@ -16,6 +16,23 @@ TEST(Configurable, AnswersASessionOfRequests) {
     }
 }
 
+// Every same-named child reads the element from its start, composites
+// included; a hidden one skips it from its start too, so the sibling after
+// the element is still read.
+TEST(ConfigurableComposite, SameNamedChildrenEachReadTheElement) {
+    ConfigurableComposite L{"L"}, d1{"d"}, d2{"d"};
+    TestFloat v1{"v"}, v2{"v"}, x{"x"}, hidden{"x"}, y{"y"};
+    d1.add_child(&v1);
+    d2.add_child(&v2);
+    for (Configurable* child : std::vector<Configurable*>{&d1, &d2, &x, &hidden, &y}) {
+        L.add_child(child);
+    }
+    hidden.set_persistent(false);
+    Process(L, "<L><d><v>5</v></d><x>6</x><y>7</y></L>");
+    EXPECT_EQ(Process(L, "<L>&query_item;</L>"),
+              "<d><v>5</v></d><d><v>5</v></d><x>6</x><y>7</y>");
+}
+
 TEST(Configurable, ThrowsErrorsWhenAsked) {
     TestTree tree;
     tree.L.set_throw_errors(true);
