@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <stdexcept>
+#include <type_traits>
 
 #include "configurable/configbuiltin.h"
 #include "tests/configurable/test_tree.h"
@@ -97,6 +98,12 @@ TEST(ConfigurableValues, StrictFloatRejectsOnlyNaN) {
     EXPECT_EQ(strict.value(), 1);
     EXPECT_THROW(strict.set(std::nanf("")), std::range_error);
 }
+
+// The options are kept by address: a choice cannot be built on a temporary list.
+static_assert(!std::is_constructible_v<ConfigurableMultipleChoice, std::string,
+                                       std::vector<std::string>, int>);
+static_assert(std::is_constructible_v<ConfigurableMultipleChoice, std::string,
+                                      const std::vector<std::string>&, int>);
 
 TEST(ConfigurableChoice, ReadsWholeOptionTexts) {
     TestTree tree;
