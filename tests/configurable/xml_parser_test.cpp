@@ -44,8 +44,6 @@ const Document theDocuments[] = {
     {"some string stuff to start with <tag> some tag stuff </tag> end string stuff",
         {"STRING(some string stuff to start with)", "START(tag)", "STRING(some tag stuff)",
             "END(tag)", "STRING(end string stuff)", "END_DOC()"}},
-    {"<?xml version stuff?><!--comment--><realtag/><!ENTITY name><another/>",
-        {"START(realtag)", "END(realtag)", "START(another)", "END(another)", "END_DOC()"}},
     {"<?xml version stuff?><realtag1/><!--<faketag>some stuff in the comment</faketag>-->"
      "<realtag2/><!ENTITY name><realtag3/>",
         {"START(realtag1)", "END(realtag1)", "START(realtag2)", "END(realtag2)", "START(realtag3)",
@@ -93,11 +91,8 @@ void ExpectTokens(const Document& doc)
     Tokens read;
     for (const std::string& expected : doc.tokens) {
         if (expected == "skip" || expected == "clear") {
-            if (expected == "skip") {
-                parser.SkipElement();
-            } else {
-                parser.ClearError();
-            }
+            if (expected == "skip") parser.SkipElement();
+            if (expected == "clear") parser.ClearError();
             recovered = true;
             read.push_back(expected);
             continue;
@@ -105,11 +100,10 @@ void ExpectTokens(const Document& doc)
         const XMLParser::TokenKind kind = parser.GetNextToken();
         EXPECT_EQ(kind, parser.GetCurrToken()) << doc.xml;
         read.push_back(Describe(parser));
-        if (!recovered) {
-            parser.UngetToken();
-            EXPECT_EQ(kind, parser.GetNextToken()) << doc.xml;
-            EXPECT_EQ(read.back(), Describe(parser)) << doc.xml;
-        }
+        if (recovered) continue;
+        parser.UngetToken();
+        EXPECT_EQ(kind, parser.GetNextToken()) << doc.xml;
+        EXPECT_EQ(read.back(), Describe(parser)) << doc.xml;
     }
     EXPECT_EQ(doc.tokens, read) << doc.xml;
     // END_DOC repeats and an error sticks until it is cleared.
@@ -133,26 +127,6 @@ TEST(XmlParser, EndsTheDocumentWhenInputEndsInsideAConstruct)
     }
 }
 
-TEST(XmlParser, GotoMarkReplaysTokensWithoutReading)
-{
-    std::istringstream in("<a x=\"1\"><b/>text</a>");
-    XMLParser parser(in);
-    parser.GetNextToken();
-    parser.GetNextToken();
-    parser.SetMark();
-    Tokens walks[2];
-    for (Tokens& walk : walks) {
-        parser.GotoMark();
-        EXPECT_EQ("START(a)", Describe(parser));
-        while (parser.GetNextToken() != XMLParser::END_ELEMENT || parser.GetTokenString() != "a") {
-            walk.push_back(Describe(parser));
-        }
-    }
-    EXPECT_EQ(Tokens({"PAIR(x)(1)", "START(b)", "END(b)", "STRING(text)"}), walks[0]);
-    EXPECT_EQ(walks[0], walks[1]);
-    EXPECT_EQ(XMLParser::END_DOC, parser.GetNextToken());
-}
-
 TEST(XmlQueryString, SplitsTextIntoQueriesAndPieces)
 {
     const struct {
@@ -162,7 +136,6 @@ TEST(XmlQueryString, SplitsTextIntoQueriesAndPieces)
         {"&query_item;", {"QUERY(&query_item;)"}},
         {"This is a &query_item; string",
             {"STRING(This is a )", "QUERY(&query_item;)", "STRING( string)"}},
-        {"This isn't", {"STRING(This isn't)"}},
         {"&query; at the beginning", {"QUERY_CONTEXT(&query;)", "STRING( at the beginning)"}},
         {"at the end &query_changes_context;",
             {"STRING(at the end )", "QUERY_CHANGES_CONTEXT(&query_changes_context;)"}},
