@@ -30,8 +30,8 @@ std::string Mutate(std::string text, std::mt19937& random) {
     return text;
 }
 
-// Mutated session requests are read to their end; only a tree that throws
-// errors throws, and only Configurable::Error.
+// Mutated session requests neither hang nor crash the tree; only a tree that
+// throws errors throws, and only Configurable::Error.
 TEST(ConfigurableSmoke, SurvivesMutatedRequests) {
     TestTree answering, throwing;
     throwing.L.set_throw_errors(true);
