@@ -125,6 +125,9 @@ public:
                                int defaultIndex);
     ConfigurableMultipleChoice(const std::string& name, const std::vector<std::string>& options,
                                int defaultIndex);
+    // The options are kept by address, so a temporary list is refused.
+    ConfigurableMultipleChoice(const std::string& name, std::vector<std::string>&& options,
+                               int defaultIndex) = delete;
     ConfigurableMultipleChoice& operator=(const ConfigurableMultipleChoice& other) = default;
     bool operator==(const ConfigurableMultipleChoice& other) const {
         return theIndex == other.theIndex;

@@ -31,14 +31,20 @@ bool ConfigurableComposite::read_child(const std::string& name, XMLParser& parse
     auto sameName = [&name](const Configurable* child) { return child->name() == name; };
     auto it = std::find_if(theChildren.begin(), theChildren.end(), sameName);
     parser.SetMark();
+    // A composite child's own reading moves the parser's one mark, so the
+    // start of this element is kept here for each child to return to.
+    const XMLParser::Position start = parser.GetMark();
     if (it == theChildren.end()) {
         parser.SkipElement();  // unknown elements are ignored
         return true;
     }
     // Every child of that name reads the same element from its start; a
     // child that fails has reported its error, and the rest of its element
-    // is skipped so that the siblings after it are still read.
+    // is skipped so that the siblings after it are still read. A hidden
+    // child skips from the start too: after a sibling read the element, a
+    // skip from there would run past the parent's next element.
     for (; it != theChildren.end(); it = std::find_if(it + 1, theChildren.end(), sameName)) {
+        parser.SetMark(start);
         parser.GotoMark();
         Configurable* child = *it;
         if (!child->is_persistent() || !child->read_element(parser, writer)) {

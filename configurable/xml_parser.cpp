@@ -111,6 +111,16 @@ void XMLParser::SetMark()
     theMark = theCurrent;
 }
 
+XMLParser::Position XMLParser::GetMark() const
+{
+    return theMark;
+}
+
+void XMLParser::SetMark(Position mark)
+{
+    theMark = mark;
+}
+
 void XMLParser::GotoMark()
 {
     theCurrent = theMark;
@@ -202,6 +212,10 @@ void XMLParser::ReadOutsideTag(TokenInfo& token)
     theStream.unget();
     XMLName name;
     name.Read(theStream);
+    // A name that runs to the end of input may be cut short: no start tag.
+    if (EndOfInput(token)) {
+        return;
+    }
     if (name.empty()) {
         SetError(token, "Empty XML tag name");
         return;
@@ -279,6 +293,11 @@ void XMLParser::ReadAttribute(TokenInfo& token)
     }
     XMLString value;
     value.Read(theStream);
+    // A value that runs to the end of input (unquoted, or its closing quote
+    // missing) may be cut short: it assigns nothing.
+    if (EndOfInput(token)) {
+        return;
+    }
     token.theToken = ATTRIBUTE_VALUE_PAIR;
     token.theTokenValue = value;
 }

@@ -9,8 +9,10 @@
 
 // Turns XML text into tokens that a reader pulls one at a time. Every token
 // is kept for the parser's life, so the reader can step back, mark a
-// position and return to it, and skip the rest of an element. Errors are
-// tokens and stay current until ClearError().
+// position and return to it, and skip the rest of an element. Nothing here
+// throws: malformed XML gives an ERROR token, which stays current (and the
+// stream failed) until ClearError(); input that ends inside a construct gives
+// END_DOC, and every read after END_DOC gives END_DOC again.
 class XMLParser {
 public:
     enum TokenKind {
@@ -30,19 +32,37 @@ public:
         std::string theTokenValue;
     };
     typedef boost::shared_ptr<TokenInfo> TokenPtr;
+    // A place in the list of tokens read so far, as the mark keeps it.
+    typedef std::list<TokenPtr>::iterator Position;
 
+    // Reads from `in` (not owned); the current token is START_DOC.
     explicit XMLParser(std::istream& in);
 
+    // Moves to the next token, reading one when none is stored, and returns
+    // its kind; returns ERROR again while the current token is an error.
     TokenKind GetNextToken();
+    // The current token's kind, name or text, and attribute value; reads
+    // nothing (a cleared error leaves an empty ERROR token current).
     TokenKind GetCurrToken() const;
     const std::string& GetTokenString() const;
     const std::string& GetTokenValue() const;
 
+    // Steps back one token so that the next read returns it again; does
+    // nothing at the first token.
     void UngetToken();
+    // Marks the current token for GotoMark().
     void SetMark();
+    // The marked position, for saving the mark around a nested reading.
+    Position GetMark() const;
+    // Marks a position that GetMark() gave.
+    void SetMark(Position mark);
+    // Makes the marked token current again; the next read replays from there.
     void GotoMark();
+    // Clears the stream's error and end flags and moves past a current ERROR
+    // token, so that reading goes on after it.
     void ClearError();
-    // Skips the rest of the element whose start tag was read last.
+    // Skips the rest of the element whose start tag was read last, through
+    // its end tag, clearing errors on the way; stops early at END_DOC.
     void SkipElement();
 
 private:
@@ -60,14 +80,15 @@ private:
 
     std::istream& theStream;
     TokenList theTokens;
-    TokenList::iterator theCurrent;
-    TokenList::iterator theMark;
+    Position theCurrent;
+    Position theMark;
     std::string theOpenElement;
     bool theInStartTag = false;
 };
 
 // Splits one piece of character data into plain text, query entities
 // ("&query;", "&query_item;", ...) and type placeholders written in braces.
+// Nothing here fails: an unknown "&query...;" entity is an ERROR token.
 class XMLQueryStringParser {
 public:
     enum TokenKind {
@@ -84,9 +105,13 @@ public:
         ERROR = 10,
     };
 
+    // Splits a copy of `text`; the current token is START_STRING.
     explicit XMLQueryStringParser(const std::string& text);
 
+    // Moves to the next piece and returns its kind: START_STRING first,
+    // END_STRING (again and again) after the last piece.
     TokenKind GetNextToken();
+    // The current piece's kind and text (the text between braces for DOCTYPE).
     TokenKind GetCurrToken() const { return theToken; }
     const std::string& GetTokenString() const { return theTokenString; }
 

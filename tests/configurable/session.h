@@ -56,9 +56,6 @@ inline const SessionStep SESSION[] = {
     {false, "<L>&query_doctype_context;</L>", TREE_TYPE},
     {false, "<L><lunch>&query_doctype_item;</lunch></L>",
      "{apple|banana|orange|grapes|tire|translate&lt;&gt;&amp;&apos;&quot;}"},
-    {false, "<L><dog>&query_doctype_item;</dog></L>", "{float}"},
-    {false, "<L><dog sticky/></L>", ""},
-    {false, "<L><dog> &query; </dog></L>", "<L><dog sticky>88.11</dog></L>"},
     {false, "<L><d><e> &query_changes; </e></d></L>",
      "<L><d><e><g>1</g><g>1</g><g>1</g></e></d></L>"},
     // The leaf's skip ends at the child's end tag, so the leaf's own end tag

@@ -37,20 +37,13 @@ TEST(XmlString, WritesEscapedTextThatReadsBack)
         const char* text;
     } cases[] = {
         {"hello with spaces", "hello with spaces"},
-        {"<", "&lt;"},
-        {">", "&gt;"},
-        {"\"", "&quot;"},
         {"&", "&amp;"},
-        {"'", "&apos;"},
         {"&begin", "&amp;begin"},
-        {"hello", "hello"},
         {"goodbye & &query;", "goodbye &amp; &query;"},
         {"tricky&", "tricky&amp;"},
         {"'lots of stuff '\"<>& to do", "&apos;lots of stuff &apos;&quot;&lt;&gt;&amp; to do"},
         {"&junk;", "&junk;"},
         {"&;", "&amp;;"},
-        {"This is a 'comment' with a \"quote\"",
-            "This is a &apos;comment&apos; with a &quot;quote&quot;"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.text, Written(XMLString(c.value))) << c.value;
@@ -89,21 +82,26 @@ TEST(XmlString, ReadStopsAtMarkupQuotesAndTrailingWhitespace)
     }
 }
 
-TEST(XmlName, ReadsOnlyTheNameAtTheNextCharacter)
+// A name is read from the very next character, and a name is written as the
+// longest prefix of its value that a read would take.
+TEST(XmlName, ReadsAndWritesOnlyTheNameAtTheStart)
 {
     const ReadCase cases[] = {
         {"name", "name", ""},
         {"&entity_name;", "&entity_name;", ""},
         {"&entity_name;with junk", "&entity_name;", "with junk"},
-        {"name attr=\"value\"", "name", " attr=\"value\""},
+        {"name with spaces", "name", " with spaces"},
         {"attr=\"value\"", "attr", "=\"value\""},
         {"_na:me/>", "_na:me", "/>"},
         {":name<tag>", ":name", "<tag>"},
         {":name-with_dash<>", ":name-with_dash", "<>"},
+        {"NORVANCE::tag31", "NORVANCE::tag31", ""},
         {"a1.b&c", "a1.b", "&c"},
         {".no-name", "", ".no-name"},
         {"<tag>not a name", "", "<tag>not a name"},
         {" name", "", " name"},
+        {"9lives", "", "9lives"},
+        {"", "", ""},
     };
     for (const ReadCase& c : cases) {
         std::istringstream in(c.text);
@@ -111,25 +109,6 @@ TEST(XmlName, ReadsOnlyTheNameAtTheNextCharacter)
         read.Read(in);
         EXPECT_EQ(c.value, read) << c.text;
         EXPECT_EQ(c.rest, Rest(in)) << c.text;
-    }
-}
-
-TEST(XmlName, WritesLongestNamePrefix)
-{
-    const struct {
-        const char* value;
-        const char* text;
-    } cases[] = {
-        {"name", "name"},
-        {"&entity_name;", "&entity_name;"},
-        {"&entity_name;with junk", "&entity_name;"},
-        {"name with spaces", "name"},
-        {"NORVANCE::tag31", "NORVANCE::tag31"},
-        {"a&b", "a"},
-        {"9lives", ""},
-        {"", ""},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.text, Written(XMLName(c.value))) << c.value;
+        EXPECT_EQ(c.value, Written(XMLName(c.text))) << c.text;
     }
 }
