@@ -12,7 +12,7 @@
 class RecordLine {
 public:
     // Starts the line with `type` and a tab; `expected_length` is reserved
-    // up front (a data line is about 250 characters).
+    // up front (a data line is some 200 characters).
     explicit RecordLine(const char* type, std::size_t expected_length = 320);
 
     // Appends a decimal integer without padding.
@@ -23,8 +23,6 @@ public:
     // Appends `text` as it is.
     RecordLine& Text(const std::string& text);
 
-    // The line so far without the checksum.
-    const std::string& Fields() const { return text_; }
     // The finished line: the fields, the checksum right-aligned in 3
     // characters, and a newline.
     std::string Finish() const;
