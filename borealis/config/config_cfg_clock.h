@@ -1,6 +1,7 @@
 #ifndef BOREALIS_CONFIG_CONFIG_CFG_CLOCK_H
 #define BOREALIS_CONFIG_CONFIG_CFG_CLOCK_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,12 @@ private:
 class ConfigCfgClock : public ConfigurableComposite {
 public:
     explicit ConfigCfgClock(const std::string& name = "clock");
+
+    // The local time that date and time name, in seconds since the epoch;
+    // a text of the wrong form throws std::runtime_error.
+    std::int64_t Time() const;
+    // Sets date and time to the local time of `seconds`.
+    void SetFromTime(std::int64_t seconds);
 
     ConfigurableString time;
     ConfigurableString date;
