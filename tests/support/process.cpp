@@ -111,3 +111,7 @@ const std::string& ChildProcess::Output() {
     Drain();
     return output_;
 }
+
+void ChildProcess::Signal(int number) {
+    if (pid_ > 0 && status_ < 0) ::kill(pid_, number);
+}

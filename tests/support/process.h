@@ -34,6 +34,8 @@ public:
     const std::string& Output();
     // Reads what is available without waiting.
     void Drain();
+    // Sends signal `number` to the child.
+    void Signal(int number);
 
 private:
     pid_t pid_ = -1;
