@@ -1,0 +1,23 @@
+#ifndef BOREALIS_HUB_SOCKET_CONTEXT_H
+#define BOREALIS_HUB_SOCKET_CONTEXT_H
+
+#include <cstdint>
+
+#include "common/socket_server.h"
+
+// The optional record streams a client can ask for, one bit each.
+struct OutputBit {
+    static constexpr std::uint32_t STATUS = 1;
+    static constexpr std::uint32_t WAVEFORMS = 2;
+    static constexpr std::uint32_t DATACLOCK = 4;
+    static constexpr std::uint32_t DATACLOCKSYNC = 8;
+};
+
+// What the hub keeps for each client: the record streams it receives besides
+// the data records.
+class BorealisSocketContext : public SocketClientContext {
+public:
+    std::uint32_t outputs = 0;
+};
+
+#endif
