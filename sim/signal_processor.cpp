@@ -75,7 +75,9 @@ void SignalProcessor::Opened() {
     Send(TextFrame(kInitMessage, kInitText));
     std::uint64_t now = clock_.TicksAt(MonotonicNs());
     next_data_ = NextOnGrid(settings_.ticks_start, kDataTicks, now);
-    next_second_ = NextOnGrid(settings_.ticks_start, kSecondTicks, now);
+    // The first synchronisation message comes at once, so that the daemon
+    // starts acquiring its data clock before the first record.
+    next_second_ = now;
     ArmTimer();
 }
 

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <iostream>
 
-#include "borealis/app/interim_loop.h"
+#include "borealis/hub/borealis.h"
 #include "borealis/platform/platform.h"
 #include "borealis/version.h"
 #include "common/errno_error.h"
@@ -102,8 +102,8 @@ int BorealisApp::run(int argc, char* argv[]) {
     create_pid_file();
     if (realtime_) set_real_time_priority();
 
-    InterimLoop loop(debug_, no_clock_adjust_);
-    loop.Run();
+    Borealis hub(platform_, debug_, no_clock_adjust_);
+    hub.Run();
     return 0;
 }
 

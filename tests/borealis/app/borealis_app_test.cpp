@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "tests/support/analyzer.h"
+#include "tests/support/line_client.h"
 #include "tests/support/process.h"
 #include "tests/support/syslog_catcher.h"
 #include "tests/support/temp_root.h"
@@ -41,8 +43,7 @@ protected:
 
     // Starts borealis with `args` under the test's root.
     std::unique_ptr<ChildProcess> Start(const std::vector<std::string>& args) {
-        return std::make_unique<ChildProcess>(BorealisExecutable(), args,
-                                              std::vector<std::string>{"BOREALIS_ROOT=" + root.path()});
+        return std::make_unique<ChildProcess>(BorealisExecutable(), args, DaemonEnvironment(root, port));
     }
 
     // Runs borealis with `args` to its end; returns the exit status.
@@ -54,15 +55,17 @@ protected:
     }
 
     // Starts a daemon in the foreground and waits until it holds its pid
-    // file and serves its loop (its signal handlers are in place then).
+    // file and greets clients (its signal handlers are in place then).
     std::unique_ptr<ChildProcess> StartForeground() {
         auto child = Start({});
-        EXPECT_TRUE(WaitUntil([&] { return child->Output().find("running") != std::string::npos; }));
+        EXPECT_TRUE(WaitForGreeting(port));
         EXPECT_EQ(root.ReadFile(kPidFile), std::to_string(child->pid()) + "\n");
         return child;
     }
 
     TempRoot root;
+    SimulatedAnalyzer analyzer{root};
+    const unsigned short port = UniqueTestPort();
 };
 
 TEST_F(BorealisProcess, HelpPrintsExactlyAndTouchesNoPidFile) {
@@ -98,10 +101,9 @@ TEST_F(BorealisProcess, SecondStartFailsAndLeavesTheFirstWithItsPidFile) {
 
 TEST_F(BorealisProcess, ControlOptionsSignalTheDaemonOrFindItsPidFileMissing) {
     auto daemon = StartForeground();
-    EXPECT_EQ(Run({"-r"}), 0);
-    EXPECT_TRUE(WaitUntil([&] {
-        return daemon->Output().find("Reread of the configuration requested\n") != std::string::npos;
-    }));
+    EXPECT_EQ(Run({"-r"}), 0);  // the daemon rereads and serves on
+    EXPECT_TRUE(WaitForGreeting(port));
+    EXPECT_EQ(daemon->Wait(std::chrono::milliseconds(0)), -1);
     EXPECT_EQ(Run({"-k"}), 0);
     EXPECT_EQ(daemon->Wait(), 0);
     EXPECT_NE(daemon->Output().find("Exiting...\n"), std::string::npos);
@@ -125,7 +127,7 @@ TEST_F(BorealisProcess, RealTimeWithoutTheRightEndsStartUp) {
     ASSERT_EQ(::chmod((root / "/var/run").c_str(), 0777), 0);
     ChildProcess child("/usr/bin/setpriv",
                        {"--reuid=65534", "--regid=65534", "--clear-groups", BorealisExecutable(), "-t"},
-                       {"BOREALIS_ROOT=" + root.path()});
+                       DaemonEnvironment(root, port));
     EXPECT_EQ(child.Wait(), 255);
     EXPECT_EQ(child.Output(),
               "ERROR: set_real_time_priority: Unable to set real-time priority: Operation not permitted\n");
@@ -136,7 +138,7 @@ TEST_F(BorealisProcess, DaemonSendsItsOutputToSyslogLineByLine) {
     std::string output;
     EXPECT_EQ(Run({"-b", "-d"}, &output), 0);
     EXPECT_EQ(output, "");
-    EXPECT_TRUE(syslog.WaitFor("<14>borealis: borealis: running (debug)\n"));
+    EXPECT_TRUE(syslog.WaitFor("<14>borealis: DATAMSG\tINIT message from DSP: VELA DSP 2.3 ready\n"));
     EXPECT_TRUE(WaitUntil([&] { return !root.ReadFile(kPidFile).empty(); }));
     EXPECT_EQ(Run({"-k"}), 0);
     EXPECT_TRUE(syslog.WaitFor("<14>borealis: Exiting...\n"));

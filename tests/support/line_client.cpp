@@ -1,0 +1,95 @@
+#include "tests/support/line_client.h"
+
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <thread>
+
+LineClient::LineClient(unsigned short port) {
+    fd_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::connect(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        ::close(fd_);
+        fd_ = -1;
+    }
+}
+
+LineClient::~LineClient() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+void LineClient::Send(const std::string& text) {
+    for (std::size_t sent = 0; fd_ >= 0 && sent < text.size();) {
+        ssize_t n = ::send(fd_, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+        if (n <= 0) return;
+        sent += static_cast<std::size_t>(n);
+    }
+}
+
+// Reads what arrives before `end`; false when nothing more can come.
+bool LineClient::Fill(std::chrono::steady_clock::time_point end) {
+    if (fd_ < 0 || closed_) return false;
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+        end - std::chrono::steady_clock::now());
+    if (left.count() <= 0) return false;
+    pollfd entry{fd_, POLLIN, 0};
+    if (::poll(&entry, 1, static_cast<int>(left.count())) != 1) return false;
+    char chunk[65536];
+    ssize_t n = ::recv(fd_, chunk, sizeof chunk, 0);
+    if (n <= 0) {
+        closed_ = true;
+        return false;
+    }
+    buffer_.append(chunk, static_cast<std::size_t>(n));
+    return true;
+}
+
+std::string LineClient::ReadLine(std::chrono::milliseconds deadline) {
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    std::size_t newline;
+    while ((newline = buffer_.find('\n')) == std::string::npos)
+        if (!Fill(end)) return "";
+    std::string line = buffer_.substr(0, newline + 1);
+    buffer_.erase(0, newline + 1);
+    return line;
+}
+
+std::string LineClient::ReadUntil(const std::function<bool(const std::string&)>& wanted,
+                                  std::chrono::milliseconds deadline) {
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    skipped_.clear();
+    for (;;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            end - std::chrono::steady_clock::now());
+        std::string line = ReadLine(std::max(left, std::chrono::milliseconds(0)));
+        if (line.empty() || wanted(line)) return line;
+        skipped_ += line;
+    }
+}
+
+std::string LineClient::ReadLineStartingWith(const std::string& prefix,
+                                             std::chrono::milliseconds deadline) {
+    return ReadUntil([&](const std::string& line) { return line.rfind(prefix, 0) == 0; }, deadline);
+}
+
+bool LineClient::WaitClosed(std::chrono::milliseconds deadline) {
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    buffer_.clear();
+    while (Fill(end)) buffer_.clear();
+    return closed_;
+}
+
+bool WaitForGreeting(unsigned short port, std::chrono::milliseconds deadline) {
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    while (std::chrono::steady_clock::now() < end) {
+        LineClient client(port);
+        if (client.Connected() && !client.ReadLine(std::chrono::seconds(5)).empty()) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+}

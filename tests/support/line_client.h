@@ -1,0 +1,49 @@
+#ifndef TESTS_SUPPORT_LINE_CLIENT_H
+#define TESTS_SUPPORT_LINE_CLIENT_H
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+// A TCP client of the daemon that reads what it receives line by line.
+class LineClient {
+public:
+    // Connects to the daemon's port on the loopback address; check Connected().
+    explicit LineClient(unsigned short port);
+    ~LineClient();
+    LineClient(const LineClient&) = delete;
+    LineClient& operator=(const LineClient&) = delete;
+
+    bool Connected() const { return fd_ >= 0; }
+    // Sends `text` as it stands.
+    void Send(const std::string& text);
+    // The next line with its "\n"; empty when none came before the deadline
+    // or the daemon closed the connection.
+    std::string ReadLine(std::chrono::milliseconds deadline = std::chrono::seconds(10));
+    // Reads lines until one satisfies `wanted`, which is returned; empty
+    // when none came before the deadline. The lines passed over are kept in
+    // Skipped().
+    std::string ReadUntil(const std::function<bool(const std::string&)>& wanted,
+                          std::chrono::milliseconds deadline = std::chrono::seconds(10));
+    // The next line that begins with `prefix`.
+    std::string ReadLineStartingWith(const std::string& prefix,
+                                     std::chrono::milliseconds deadline = std::chrono::seconds(10));
+    const std::string& Skipped() const { return skipped_; }
+    // True when the daemon closed the connection before the deadline.
+    bool WaitClosed(std::chrono::milliseconds deadline = std::chrono::seconds(10));
+
+private:
+    bool Fill(std::chrono::steady_clock::time_point end);
+
+    int fd_ = -1;
+    bool closed_ = false;
+    std::string buffer_;
+    std::string skipped_;
+};
+
+// Tries to connect to `port` until the deadline; true once the daemon
+// greets the connection (its loop is running then).
+bool WaitForGreeting(unsigned short port,
+                     std::chrono::milliseconds deadline = std::chrono::seconds(20));
+
+#endif
