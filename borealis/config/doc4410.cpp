@@ -11,11 +11,19 @@ Doc4410::Doc4410() : ConfigurableComposite("norvance"), vela("vela") { add_child
 
 std::istream& Doc4410::ReadAndDispatch(std::istream& in, std::ostream& out) {
     // A command is true after the read only when this input sets it.
-    vela.cmd.set_default();
-    vela.factory.cmd.set_default();
+    ResetCommands();
     process(in, out);
     if (theListener) Dispatch(*theListener);
+    // Once they have run, commands go back to false within this batch of
+    // changes, so that the next read's reset changes nothing: a factory
+    // commit must not look like a change of the factory constants then.
+    ResetCommands();
     return in;
+}
+
+void Doc4410::ResetCommands() {
+    vela.cmd.set_default();
+    vela.factory.cmd.set_default();
 }
 
 bool Doc4410::HasVisibleChange() const {

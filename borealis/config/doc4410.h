@@ -105,6 +105,7 @@ public:
     Config4410 vela;
 
 private:
+    void ResetCommands();
     void Dispatch(Listener& listener) const;
     // The cfg operations; returns whether a saved setting changed.
     bool DispatchCfg(Listener& listener) const;

@@ -1,6 +1,8 @@
 #include "common/run_command.h"
 
 #include <signal.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -32,4 +34,17 @@ TEST(RunCommand, CommandGetsDefaultSignalActionsAndNoMask) {
     ::sigprocmask(SIG_SETMASK, &saved_mask, nullptr);
     ::sigaction(SIGPIPE, &saved_pipe, nullptr);
     ::sigaction(SIGHUP, &saved_hangup, nullptr);
+}
+
+TEST(RunCommand, CommandInheritsNoDescriptorOfTheDaemon) {
+    // A socket on a standard descriptor (as after detaching) and one above.
+    int pair[2];
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, pair), 0);
+    const int saved_input = ::dup(0);
+    ASSERT_GE(::dup2(pair[0], 0), 0);
+    const std::string inherited = "[ -e /proc/self/fd/" + std::to_string(pair[1]) + " ]";
+    EXPECT_EQ(RunCommand(inherited), 1 << 8);
+    EXPECT_EQ(RunCommand("[ \"$(readlink /proc/self/fd/0)\" = /dev/null ]"), 0);
+    ::dup2(saved_input, 0);
+    for (int fd : {saved_input, pair[0], pair[1]}) ::close(fd);
 }
