@@ -44,6 +44,11 @@ DSPDevice::DSPDevice(Platform& platform, const std::string& path)
 
 DSPDevice::~DSPDevice() { Unregister(); }
 
+void DSPDevice::Close() {
+    Unregister();
+    device_.Close();
+}
+
 DSPDevice::Listener* DSPDevice::SetListener(Listener* listener) {
     Listener* previous = listener_;
     listener_ = listener;

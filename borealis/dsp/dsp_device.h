@@ -133,6 +133,10 @@ public:
     explicit DSPDevice(Platform& platform, const std::string& path = kDefaultPath);
     ~DSPDevice() override;
 
+    // Leaves the poll loop and closes the device (before a reboot). Throws
+    // ErrnoError when closing fails.
+    void Close();
+
     // Sets the one listener (not owned; null for none); returns the previous one.
     Listener* SetListener(Listener* listener);
 

@@ -5,6 +5,9 @@
 #include <iostream>
 
 #include "borealis/platform/platform.h"
+#include "borealis/system/hardware_identity.h"
+#include "borealis/system/interface_status.h"
+#include "borealis/version.h"
 #include "common/daemon_app.h"
 #include "common/poll_processor.h"
 
@@ -38,8 +41,13 @@ Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
       no_clock_adjust_(no_clock_adjust),
       fanout_(server_),
       records_(doc_, clock_, fanout_, box_),
-      sessions_(platform, doc_, fanout_, records_, box_, debug) {
+      sessions_(platform, doc_, fanout_, records_, box_, debug),
+      files_(doc_, platform),
+      calibration_(doc_, files_),
+      settings_(doc_, dsp_, platform, debug) {
     doc_.set_throw_errors(true);
+    // Only what changes from now on is to be applied and announced.
+    doc_.set_changed(false);
     doc_.SetListener(this);
     dsp_.SetListener(this);
     dsp_.StartCpldClock();
@@ -58,6 +66,7 @@ void Borealis::Run() {
     CatchLoopSignals();
     sigset_t& received = received_signals();
     ReadConfiguration();
+    if (debug_) PrintDiagnosticDumps();
     while (!quit_) {
         if (test_and_clear_signal(received, SIGINT)) break;
         PollProcessor::Instance().Poll(2000);
@@ -67,8 +76,51 @@ void Borealis::Run() {
 }
 
 void Borealis::ReadConfiguration() {
-    records_.SetWorkingCalibration(doc_.vela.cal.ch4zero.value(), doc_.vela.cal.ch4span.value());
+    files_.LoadFactoryConf();
+    settings_.DeriveLineLockTargets();
+    files_.LoadCalConf();
+    files_.LoadVelaConf([this] { FillSystemValues(); });
+    settings_.SendLineLockControls();
+    settings_.SendFactoryConstants();
+    UseCommittedCalibration();
     sessions_.NotifyConfigChanged();
+}
+
+// The values the system holds rather than the file; setting them is not a
+// change anybody made.
+void Borealis::FillSystemValues() {
+    Config4410& vela = doc_.vela;
+    auto unchanged = [](Configurable& element) { element.set_changed(false); };
+    vela.ver.set(kBorealisVersion);
+    vela.ver.set_read_only(true);
+    unchanged(vela.ver);
+    vela.ipaddress.set(NetworkInterfaceInfo(platform_, "br0").address.ToString());
+    vela.ipaddress.set_read_only(true);
+    unchanged(vela.ipaddress);
+    vela.name.set(GetHostName());
+    vela.name.set_read_only(true);
+    unchanged(vela.name);
+    vela.cpld.ver.set(GetHardwareIdentity(platform_));
+    vela.cpld.ver.set_read_only(true);
+    unchanged(vela.cpld.ver);
+    vela.serialnumber.set_read_only(true);
+}
+
+void Borealis::UseCommittedCalibration() {
+    records_.SetWorkingCalibration(doc_.vela.cal.ch4zero.value(), doc_.vela.cal.ch4span.value());
+}
+
+// Four indented dumps of the document, each closed by a line of stars.
+void Borealis::PrintDiagnosticDumps() {
+    files_.SaveFactoryConf();
+    files_.SaveCalConf();
+    files_.SaveVelaConf();
+    const char separator[] = "\n**********\n";
+    doc_.vela.error.set("Test error message");
+    std::cout << doc_.vela.error << separator;
+    std::cout << doc_.vela.output << separator;
+    std::cout << doc_ << separator;
+    write_changes(std::cout, doc_) << separator << std::flush;
 }
 
 // --- The signal processor ---
@@ -151,14 +203,73 @@ void Borealis::GotRequest(SocketClient* client, const std::string& message) {
 
 // --- Changes of the configuration document ---
 
+void Borealis::TempRangeChanged(int temprange) { settings_.ApplyTempRange(temprange); }
+
 void Borealis::OutputRateChanged(int records_per_second) {
     records_.Pipeline().SetRate(records_per_second);
 }
 
-void Borealis::CalChanged() {
-    records_.SetWorkingCalibration(doc_.vela.cal.ch4zero.value(), doc_.vela.cal.ch4span.value());
+void Borealis::ZeroRequested() {
+    try {
+        const float zero = calibration_.Zero(records_.Pipeline().Recent());
+        records_.SetWorkingCalibration(zero, records_.WorkingSpan());
+    } catch (const CalibrationError& error) {
+        return ReportCalibrationError(error);
+    }
+    sessions_.NotifyConfigChanged();
 }
+
+void Borealis::SpanRequested(float concentration) {
+    try {
+        const float span = calibration_.Span(concentration, records_.Pipeline().Recent(),
+                                             records_.WorkingZero());
+        records_.SetWorkingCalibration(records_.WorkingZero(), span);
+    } catch (const CalibrationError& error) {
+        return ReportCalibrationError(error);
+    }
+    sessions_.NotifyConfigChanged();
+}
+
+// A calibration that cannot be taken changes nothing; the client that asked
+// is told in one message line.
+void Borealis::ReportCalibrationError(const CalibrationError& error) {
+    const std::string line = std::string("DATAMSG\t") + error.what() + "\n";
+    fanout_.SendToClient(sessions_.CurrentClient(), line, SendLimit::ANSWER);
+    std::cout << line << std::flush;
+}
+
+void Borealis::CalCommitRequested() { calibration_.Commit(); }
+
+void Borealis::CalRollbackRequested() {
+    calibration_.Rollback();
+    UseCommittedCalibration();
+}
+
+void Borealis::CalChanged() { UseCommittedCalibration(); }
 
 void Borealis::PollRequested() { records_.Pipeline().RequestNextData(); }
 
 void Borealis::PollTestRequested() { dsp_.RequestTestData(); }
+
+void Borealis::LineLockRequested() { settings_.SendLineLockSetup(); }
+
+void Borealis::LineLockChanged(int, float, std::uint16_t, int, float, std::uint16_t) {
+    settings_.SendLineLockControls();
+}
+
+void Borealis::FactoryChanged() {
+    settings_.SendChangedFactoryConstants();
+    sessions_.NotifyConfigChanged();
+}
+
+void Borealis::FactoryCommitRequested() { files_.SaveFactoryConf(); }
+
+void Borealis::FactoryRollbackRequested() { files_.LoadFactoryConf(); }
+
+void Borealis::RebootRequested() {
+    dsp_.Close();
+    platform_.Reboot();
+    quit_ = true;
+}
+
+void Borealis::SaveRequested() { files_.SaveVelaConf(); }

@@ -5,9 +5,12 @@
 #include <cstdint>
 #include <string>
 
+#include "borealis/config/calibration.h"
+#include "borealis/config/config_files.h"
 #include "borealis/config/doc4410.h"
 #include "borealis/dsp/data_clock.h"
 #include "borealis/dsp/dsp_device.h"
+#include "borealis/hub/analyzer_settings.h"
 #include "borealis/hub/client_fanout.h"
 #include "borealis/hub/client_sessions.h"
 #include "borealis/hub/interface_box.h"
@@ -35,7 +38,7 @@ public:
     // Reads the configuration, then serves the loop until SIGINT or a quit
     // request; SIGUSR1 rereads the configuration. Prints "Exiting...".
     void Run();
-    // Reads the configuration and applies it.
+    // Reads the three configuration files and applies all of them.
     void ReadConfiguration();
 
     // --- The signal processor ---
@@ -62,12 +65,29 @@ public:
     void GotRequest(SocketClient* client, const std::string& message) override;
 
     // --- Changes of the configuration document ---
+    void TempRangeChanged(int temprange) override;
     void OutputRateChanged(int records_per_second) override;
+    void ZeroRequested() override;
+    void SpanRequested(float concentration) override;
+    void CalCommitRequested() override;
+    void CalRollbackRequested() override;
     void CalChanged() override;
     void PollRequested() override;
     void PollTestRequested() override;
+    void LineLockRequested() override;
+    void LineLockChanged(int, float, std::uint16_t, int, float, std::uint16_t) override;
+    void FactoryChanged() override;
+    void FactoryCommitRequested() override;
+    void FactoryRollbackRequested() override;
+    void RebootRequested() override;
+    void SaveRequested() override;
 
 private:
+    void FillSystemValues();
+    void UseCommittedCalibration();
+    void ReportCalibrationError(const CalibrationError& error);
+    void PrintDiagnosticDumps();
+
     Platform& platform_;
     Doc4410 doc_;
     DSPDevice dsp_;
@@ -80,6 +100,9 @@ private:
     ClientFanout fanout_;
     MeasurementRecords records_;
     ClientSessions sessions_;
+    ConfigFiles files_;
+    Calibration calibration_;
+    AnalyzerSettings settings_;
 };
 
 #endif

@@ -60,6 +60,12 @@ void ClientSessions::Forget(SocketClient* client) {
 }
 
 void ClientSessions::HandleMessage(SocketClient* client, const std::string& message) {
+    current_client_ = client;
+    HandleLine(client, message);
+    current_client_ = nullptr;
+}
+
+void ClientSessions::HandleLine(SocketClient* client, const std::string& message) {
     try {
         NotifyConfigChanged();
         if (message.empty()) return;

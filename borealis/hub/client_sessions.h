@@ -46,8 +46,11 @@ public:
     void AnswerSubscription(SocketClient* client, const std::string& request);
 
     std::size_t SubscriptionCount() const { return subscriptions_.size(); }
+    // The client whose line is being handled; null outside a line.
+    SocketClient* CurrentClient() const { return current_client_; }
 
 private:
+    void HandleLine(SocketClient* client, const std::string& message);
     void Classify(SocketClient* client, const std::string& message);
     void RefreshClock(std::int64_t now);
     void RefreshAddress(std::int64_t now);
@@ -63,6 +66,7 @@ private:
     CommandHandler command_handler_;
     std::list<std::pair<SocketClient*, std::string>> subscriptions_;
     std::int64_t last_address_refresh_ = 0;
+    SocketClient* current_client_ = nullptr;
 };
 
 #endif

@@ -17,6 +17,10 @@ public:
     int OpenDsp(const std::string& path) override;
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
+
+    // --- Privileged actions ---
+    void AsSuperUser(const std::function<void()>& work) override;
+    void Reboot() override;
 };
 
 #endif

@@ -5,10 +5,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
-#include <stdexcept>
 
 #include "borealis/platform/linux_platform.h"
+#include "borealis/platform/root_rights.h"
 #include "common/errno_error.h"
 
 namespace {
@@ -16,29 +15,6 @@ namespace {
 // Request numbers of the signal-processor driver for its CPLD.
 const unsigned long kStartCpldClockRequest = 0x8008DE01ul;  // reads 8 bytes
 const unsigned long kSetClockYzRequest = 0x4004DE02ul;      // writes 4 bytes
-
-// Holds root rights for its lifetime and gives back the effective user it
-// found, on every path out of the request.
-class RootRights {
-public:
-    RootRights() : saved_(::geteuid()) {
-        if (::seteuid(0) != 0)
-            throw std::runtime_error(std::string("Unable to gain super user priviledges: ") +
-                                     std::strerror(errno));
-    }
-    ~RootRights() {
-        int saved_errno = errno;  // the request's error must survive the restore
-        if (::seteuid(saved_) != 0) {
-            // Nothing more can be done; the request's own outcome is reported.
-        }
-        errno = saved_errno;
-    }
-    RootRights(const RootRights&) = delete;
-    RootRights& operator=(const RootRights&) = delete;
-
-private:
-    uid_t saved_;
-};
 
 void Request(int fd, unsigned long request, void* argument, const char* failure) {
     int error = 0;

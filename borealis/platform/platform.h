@@ -2,6 +2,7 @@
 #define BOREALIS_PLATFORM_PLATFORM_H
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -56,6 +57,17 @@ public:
     // `fd`, with root rights. Throws ErrnoError("Unable to set CPLD clock_yz
     // register").
     virtual void SetClockYz(int fd, std::uint32_t value) = 0;
+
+    // --- Privileged actions ---
+
+    // Runs `work` with root rights and gives the former effective user back
+    // on every path out. Throws std::runtime_error("Unable to gain super
+    // user priviledges: " + the system's text) when the rights cannot be
+    // had; an exception of `work` passes through.
+    virtual void AsSuperUser(const std::function<void()>& work) = 0;
+    // Flushes the file systems and asks the system to restart (process 1
+    // gets SIGTERM).
+    virtual void Reboot() = 0;
 };
 
 #endif

@@ -32,6 +32,17 @@ public:
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
 
+    // --- Privileged actions ---
+    // Nothing is done to the host: the effective user is left alone, and
+    // actions on the system are appended as lines to
+    // <root>/var/log/platform-actions.log.
+    void AsSuperUser(const std::function<void()>& work) override { work(); }
+    // Flushes the file systems and logs "reboot".
+    void Reboot() override;
+
+    // Appends `line` and a newline to the log of privileged actions.
+    void LogAction(const std::string& line) const;
+
 private:
     std::string root_;
     unsigned short port_;

@@ -1,0 +1,113 @@
+#include "borealis/config/config_files.h"
+
+#include <gtest/gtest.h>
+
+#include "borealis/config/calibration.h"
+#include "borealis/config/doc4410.h"
+#include "borealis/platform/sim_platform.h"
+#include "tests/support/ask.h"
+#include "tests/support/temp_root.h"
+
+namespace {
+
+class ConfigFilesTest : public testing::Test {
+protected:
+    ConfigFilesTest() { doc.set_throw_errors(true); }
+
+    TempRoot root;
+    SimPlatform platform{root.path(), 4410};
+    Doc4410 doc;
+    ConfigFiles files{doc, platform};
+};
+
+TEST_F(ConfigFilesTest, EachFileHoldsItsShareOnly) {
+    doc.vela.cal.history.append(Timestamp(2024, 5, 1, 12, 0, 0), "CH4 Zero", 0.25f, 1);
+    files.SaveVelaConf();
+    files.SaveCalConf();
+    files.SaveFactoryConf();
+    const std::string vela = root.ReadFile("/etc/vela.conf");
+    for (const char* absent : {"<clock>", "<network>", "<linelock>", "<cal>", "<factory>", "<cpld>",
+                               "<cmd>", "<ver", "<ack>", "<error>", "<ipaddress", "<serialnumber>"})
+        EXPECT_EQ(vela.find(absent), std::string::npos) << absent;
+    for (const char* present : {"<output>", "<box>", "<temprange>", "<aux8>", "<dac6>", "<heater>",
+                                "<spinmirror>", "<sdmaddress>"})
+        EXPECT_NE(vela.find(present), std::string::npos) << present;
+    EXPECT_EQ(root.ReadFile("/etc/factory.conf").find("<cmd>"), std::string::npos);
+    EXPECT_EQ(root.ReadFile("/etc/cal.conf").rfind("\n<norvance>\n\t<vela>\n\t\t<cal>", 0), 0u);
+    EXPECT_TRUE(Ask(doc, "<norvance><vela><cfg><clock>&query_item;</clock></cfg></vela></norvance>")
+                    .find("<zone>") != std::string::npos)
+        << "the left-out elements are part of the document again";
+}
+
+TEST_F(ConfigFilesTest, LoadsRestoreWhatWasSavedAndResetWhatIsMissing) {
+    Ask(doc, "<norvance><vela><output><rate>5</rate></output><factory><pzero>1.5</pzero></factory>"
+             "</vela></norvance>");
+    doc.vela.cal.history.append(Timestamp(2024, 5, 1, 12, 0, 0), "CH4 Zero", 0.25f, 1);
+    doc.vela.cal.history.append(Timestamp(2024, 5, 1, 12, 5, 0), "CH4 Span: 2 ppm", 0.25f, 1.5f);
+    files.SaveVelaConf();
+    files.SaveCalConf();
+    files.SaveFactoryConf();
+
+    Doc4410 loaded;
+    loaded.set_throw_errors(true);
+    ConfigFiles loader(loaded, platform);
+    loader.LoadFactoryConf();
+    loader.LoadCalConf();
+    int filled = 0;
+    loader.LoadVelaConf([&] { ++filled; });
+    EXPECT_EQ(filled, 1);
+    const char query[] = "<norvance><vela><output><rate>&query_item;</rate></output>"
+                         "<factory><pzero>&query_item;</pzero></factory>"
+                         "<cal><history>&query_item;</history></cal></vela></norvance>";
+    EXPECT_EQ(Ask(loaded, query), Ask(doc, query));
+
+    ::unlink((root / "/etc/cal.conf").c_str());
+    ::unlink((root / "/etc/vela.conf").c_str());
+    loader.LoadCalConf();
+    loader.LoadVelaConf([&] { ++filled; });
+    EXPECT_EQ(filled, 1) << "no system values without the file";
+    EXPECT_EQ(Ask(loaded, "<norvance><vela><output><rate>&query_item;</rate></output><cal>"
+                          "<history>&query_item;</history><ch4span>&query_item;</ch4span></cal>"
+                          "</vela></norvance>"),
+              "40 1");
+}
+
+TEST_F(ConfigFilesTest, ABrokenFileIsThrownOutOfTheLoad) {
+    root.WriteFile("/etc/cal.conf", "<norvance><vela><cal><ch4zero>x</ch4zero></cal></vela></norvance>");
+    EXPECT_THROW(files.LoadCalConf(), Configurable::Error);
+}
+
+TEST(CalibrationArithmetic, MeansExpectedDensityAndSpan) {
+    std::deque<DSPDataRecord> recent(4);
+    const float raw[] = {0.2f, 0.3f, 0.25f, 0.25f};
+    for (int i = 0; i < 4; ++i) {
+        recent[i].values[DSPDataRecord::CH4D] = raw[i];
+        recent[i].values[DSPDataRecord::TEMP] = 25;
+        recent[i].values[DSPDataRecord::PRESSURE] = 101;
+    }
+    EXPECT_FLOAT_EQ(MeanValue(recent, DSPDataRecord::CH4D), 0.25f);
+    // 2 ppm at 25 degC and 101 kPa: 202 / (8.314 x 298.15).
+    EXPECT_NEAR(ExpectedDensity(2, 25, 101), 0.081491, 1e-6);
+
+    TempRoot root;
+    SimPlatform platform(root.path(), 4410);
+    Doc4410 doc;
+    ConfigFiles files(doc, platform);
+    Calibration calibration(doc, files);
+    EXPECT_FLOAT_EQ(calibration.Zero(recent), 0.25f);
+    const float span = calibration.Span(2, recent, 0.05f);
+    EXPECT_NEAR(span, 0.081491 / 0.2 / 0.9986, 1e-5);
+    const std::string history =
+        Ask(doc, "<norvance><vela><cal><history>&query_item;</history></cal></vela></norvance>");
+    EXPECT_NE(history.find("<type>CH4 Zero</type><ch4zero>0.25</ch4zero><ch4span>1</ch4span>"),
+              std::string::npos);
+    EXPECT_NE(history.find("<type>CH4 Span: 2 ppm</type><ch4zero>0.25</ch4zero><ch4span>0.408"),
+              std::string::npos);
+
+    const std::string before = Ask(doc, "<norvance><vela><cal>&query_item;</cal></vela></norvance>");
+    EXPECT_THROW(calibration.Zero({}), CalibrationError);
+    EXPECT_THROW(calibration.Span(2, {}, 0), CalibrationError);
+    EXPECT_EQ(Ask(doc, "<norvance><vela><cal>&query_item;</cal></vela></norvance>"), before);
+}
+
+}  // namespace
