@@ -32,10 +32,6 @@ std::int64_t WallClockSeconds() {
     return now.tv_sec;
 }
 
-BorealisSocketContext* ContextOf(SocketClient* client) {
-    return dynamic_cast<BorealisSocketContext*>(client->GetContext().get());
-}
-
 }  // namespace
 
 ClientSessions::ClientSessions(const Platform& platform, Doc4410& doc, ClientFanout& fanout,

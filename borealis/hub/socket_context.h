@@ -20,4 +20,9 @@ public:
     std::uint32_t outputs = 0;
 };
 
+// The hub's context of `client`; null when it has none.
+inline BorealisSocketContext* ContextOf(SocketClient* client) {
+    return dynamic_cast<BorealisSocketContext*>(client->GetContext().get());
+}
+
 #endif
