@@ -191,8 +191,8 @@ void Borealis::ClientAdded(SocketClient* client) { sessions_.Greet(client); }
 
 void Borealis::ClientRemoved(SocketClient* client) {
     if (client == box_.client) {
-        box_.client = nullptr;
-        fanout_.SendToAll("DATAEVENT\tBOXDISCONNECTED\n", SendLimit::ANSWER);
+        box_.Disconnect();
+        fanout_.SendToAll(box_.EventLine(), SendLimit::ANSWER);
     }
     sessions_.Forget(client);
 }
