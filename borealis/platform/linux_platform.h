@@ -18,6 +18,9 @@ public:
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
 
+    // --- Network reset button ---
+    int OpenNetButton(const std::string& path) override;
+
     // --- Privileged actions ---
     void AsSuperUser(const std::function<void()>& work) override;
     void Reboot() override;

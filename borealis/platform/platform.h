@@ -58,6 +58,14 @@ public:
     // register").
     virtual void SetClockYz(int fd, std::uint32_t value) = 0;
 
+    // --- Network reset button ---
+
+    // Opens the button device named by the system path `path` (normally
+    // "/dev/net_btn") for reading and writing and returns the descriptor,
+    // which the caller owns. Throws ErrnoError("StreamFile: Unable to open "
+    // + the path used).
+    virtual int OpenNetButton(const std::string& path) = 0;
+
     // --- Privileged actions ---
 
     // Runs `work` with root rights and gives the former effective user back

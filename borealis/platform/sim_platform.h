@@ -32,6 +32,11 @@ public:
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
 
+    // --- Network reset button ---
+    // The button is a SOCK_SEQPACKET socket under the root, played by the
+    // simulator: each packet holds event bytes.
+    int OpenNetButton(const std::string& path) override;
+
     // --- Privileged actions ---
     // Nothing is done to the host: the effective user is left alone, and
     // actions on the system are appended as lines to
