@@ -21,6 +21,12 @@ public:
     // --- Network reset button ---
     int OpenNetButton(const std::string& path) override;
 
+    // --- Clocks and local time ---
+    void SetSystemTime(std::int64_t seconds, long microseconds) override;
+    void SetHardwareClock(const std::string& device, std::int64_t seconds) override;
+    // The library reads /etc/localtime by itself while TZ is unset: tzset.
+    void FollowLocalTimeFile() override;
+
     // --- Privileged actions ---
     void AsSuperUser(const std::function<void()>& work) override;
     void Reboot() override;

@@ -66,6 +66,22 @@ public:
     // + the path used).
     virtual int OpenNetButton(const std::string& path) = 0;
 
+    // --- Clocks and local time ---
+
+    // Sets the system clock to `seconds` since the epoch and `microseconds`;
+    // call it with root rights. Throws ErrnoError("Unable to set system
+    // time").
+    virtual void SetSystemTime(std::int64_t seconds, long microseconds) = 0;
+    // Sets the battery-backed clock `device` (a system path such as
+    // "/dev/rtc0") to the UTC time of `seconds`; call it with root rights.
+    // Throws ErrnoError("Unable to open clock device: " + device) or
+    // ErrnoError("Unable to set hardware clock").
+    virtual void SetHardwareClock(const std::string& device, std::int64_t seconds) = 0;
+    // Makes local time follow the installed zone file "/etc/localtime" and
+    // has the C library read it again now: call it at start and after the
+    // file was replaced. It never fails.
+    virtual void FollowLocalTimeFile() = 0;
+
     // --- Privileged actions ---
 
     // Runs `work` with root rights and gives the former effective user back

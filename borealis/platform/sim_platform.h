@@ -37,6 +37,15 @@ public:
     // simulator: each packet holds event bytes.
     int OpenNetButton(const std::string& path) override;
 
+    // --- Clocks and local time ---
+    // The host's clocks are left alone: the lines "settime <seconds>
+    // <microseconds>" and "rtc <YYYY-MM-DD HH:MM:SS>" (UTC) are logged as
+    // privileged actions instead.
+    void SetSystemTime(std::int64_t seconds, long microseconds) override;
+    void SetHardwareClock(const std::string& device, std::int64_t seconds) override;
+    // Local time follows <root>/etc/localtime: TZ names that file.
+    void FollowLocalTimeFile() override;
+
     // --- Privileged actions ---
     // Nothing is done to the host: the effective user is left alone, and
     // actions on the system are appended as lines to

@@ -1,0 +1,98 @@
+#include "borealis/system/time_settings.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <ctime>
+
+#include "borealis/platform/sim_platform.h"
+#include "borealis/system/ptp_settings.h"
+#include "tests/support/error_text.h"
+#include "tests/support/temp_root.h"
+
+namespace {
+
+const std::string kZones = "/usr/share/zoneinfo/posix";
+
+std::string BigEndian(int value) {
+    const auto bits = static_cast<unsigned>(value);
+    return {static_cast<char>(bits >> 24), static_cast<char>(bits >> 16),
+            static_cast<char>(bits >> 8), static_cast<char>(bits)};
+}
+
+// A compiled zone of one fixed offset from UTC, without transitions.
+std::string FixedZone(int offset_seconds) {
+    std::string zone = "TZif" + std::string(16, '\0');
+    for (int count : {0, 0, 0, 0, 1, 4}) zone += BigEndian(count);  // one type, 4 name bytes
+    return zone + BigEndian(offset_seconds) + std::string(2, '\0') + std::string("ZZZ", 4);
+}
+
+// The tests change the process's local time; it is given back.
+class TimeSettingsTest : public ::testing::Test {
+protected:
+    ~TimeSettingsTest() override {
+        saved_tz_.empty() ? ::unsetenv("TZ") : ::setenv("TZ", saved_tz_.c_str(), 1);
+        ::tzset();
+    }
+
+    const std::string saved_tz_ = std::getenv("TZ") ? std::getenv("TZ") : "";
+    TempRoot root_;
+    SimPlatform platform_{root_.path(), 4410};
+};
+
+int LocalHourAtEpoch() {
+    const std::time_t epoch = 0;
+    return std::localtime(&epoch)->tm_hour;
+}
+
+TEST_F(TimeSettingsTest, ListsZonesFolderByFolderAndTakesTheRecordedOne) {
+    for (const char* name : {"/UTC", "/Europe/Berlin", "/Europe/Amsterdam", "/.hidden"})
+        root_.WriteFile(kZones + name, "");
+    root_.WriteFile("/etc/timezone", "Europe/Berlin\n");
+    TimeSettings time(platform_);
+    EXPECT_EQ(time.zones(), (std::vector<std::string>{"Europe/Amsterdam", "Europe/Berlin", "UTC"}));
+    EXPECT_EQ(time.current_zone(), "Europe/Berlin");
+
+    root_.WriteFile("/etc/timezone", "Mars/Base\n");
+    EXPECT_EQ(TimeSettings(platform_).current_zone(), "UTC");
+    EXPECT_EQ(ErrorText([&] { ScanZones(root_ / "/nowhere"); }),
+              "Unable to open timezone directory: " + root_.path() +
+                  "/nowhere: No such file or directory");
+}
+
+TEST_F(TimeSettingsTest, SetZoneInstallsTheZoneAndLocalTimeFollowsIt) {
+    const std::pair<const char*, int> zones[] = {
+        {"/UTC", 0}, {"/Europe/Berlin", 1}, {"/Asia/Tokyo", 9}};
+    for (const auto& zone : zones)
+        root_.WriteFile(kZones + zone.first, FixedZone(zone.second * 3600));
+    root_.WriteFile("/etc/localtime", FixedZone(0));
+    platform_.FollowLocalTimeFile();
+    TimeSettings time(platform_);
+
+    time.SetZone("/Europe/Berlin");
+    EXPECT_EQ(root_.ReadFile("/etc/localtime"), FixedZone(3600));
+    EXPECT_EQ(root_.ReadFile("/etc/timezone"), "Europe/Berlin\n");
+    EXPECT_EQ(LocalHourAtEpoch(), 1);
+    // Within the same second: the file's time stamp need not change.
+    time.SetZone("Asia/Tokyo");
+    EXPECT_EQ(LocalHourAtEpoch(), 9);
+
+    EXPECT_EQ(ErrorText([&] { time.SetZone("Mars/Base"); }), "Invalid timezone \"Mars/Base\"");
+    EXPECT_EQ(time.current_zone(), "Asia/Tokyo");
+    EXPECT_EQ(root_.ReadFile("/etc/timezone"), "Asia/Tokyo\n");
+}
+
+TEST_F(TimeSettingsTest, SetsBothClocksUnlessThePtpDaemonIsSlaveOnly) {
+    root_.WriteFile(kZones + "/UTC", "");
+    TimeSettings time(platform_);
+    time.SetTime(1700000000, 123456789);
+    root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-g\n");
+    time.ClockTimeChanged(1700000001, PtpSettings(platform_));
+    root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-p\n");
+    time.ClockTimeChanged(951782400, PtpSettings(platform_));
+    EXPECT_EQ(root_.ReadFile("/var/log/platform-actions.log"),
+              "settime 1700000000 123456\nrtc 2023-11-14 22:13:20\n"
+              "settime 951782400 0\nrtc 2000-02-29 00:00:00\n");
+}
+
+}  // namespace
