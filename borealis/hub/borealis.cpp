@@ -34,6 +34,10 @@ void CatchLoopSignals() {
 
 Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
     : platform_(platform),
+      time_(platform),
+      ptp_(platform),
+      network_(platform),
+      button_(platform),
       dsp_(platform),
       clock_(debug),
       server_("\n", AF_INET6),
@@ -45,6 +49,7 @@ Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
       files_(doc_, platform),
       calibration_(doc_, files_),
       settings_(doc_, dsp_, platform, debug) {
+    platform_.FollowLocalTimeFile();
     doc_.set_throw_errors(true);
     // Only what changes from now on is to be applied and announced.
     doc_.set_changed(false);
@@ -54,9 +59,11 @@ Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
     dsp_.SendStart();
     server_.AddListener(this);
     server_.Listen(platform_.Port());
+    button_.SetListener(this);
 }
 
 Borealis::~Borealis() {
+    button_.SetListener(nullptr);
     server_.RemoveListener(this);
     dsp_.SetListener(nullptr);
     doc_.SetListener(nullptr);
@@ -76,6 +83,7 @@ void Borealis::Run() {
 }
 
 void Borealis::ReadConfiguration() {
+    if (ConfigTimezone::Zones().size() < 2) ConfigTimezone::SetZones(time_.zones());
     files_.LoadFactoryConf();
     settings_.DeriveLineLockTargets();
     files_.LoadCalConf();
@@ -104,6 +112,20 @@ void Borealis::FillSystemValues() {
     vela.cpld.ver.set_read_only(true);
     unchanged(vela.cpld.ver);
     vela.serialnumber.set_read_only(true);
+
+    ConfigCfgClock& clock = vela.cfg.clock;
+    clock.zone.set(time_.current_zone());
+    unchanged(clock.zone);
+    clock.ptp.set(ptp_.ReadMode());
+    unchanged(clock.ptp);
+    ConfigCfgNetwork& network = vela.cfg.network;
+    const InterfaceConfig& interface = network_.config();
+    network.name.set(network_.host_name());
+    network.configuration.set(interface.dhcp ? 0 : 1);  // "auto" or "manual"
+    network.ipaddress.set(interface.address);
+    network.netmask.set(interface.netmask);
+    network.gateway.set(interface.gateway);
+    unchanged(network);
 }
 
 void Borealis::UseCommittedCalibration() {
@@ -257,6 +279,18 @@ void Borealis::LineLockChanged(int, float, std::uint16_t, int, float, std::uint1
     settings_.SendLineLockControls();
 }
 
+void Borealis::ClockTimeChanged(std::int64_t seconds) { time_.ClockTimeChanged(seconds, ptp_); }
+
+void Borealis::TimeZoneChanged(const std::string& zone) { time_.SetZone(zone); }
+
+void Borealis::PtpModeChanged(int ptp) { ptp_.ModeChanged(ptp); }
+
+void Borealis::NetworkChanged(const std::string& host_name, bool dhcp, const std::string& address,
+                              const std::string& netmask, const std::string& gateway) {
+    network_.Update(host_name, dhcp, SocketAddress(address), SocketAddress(netmask),
+                    SocketAddress(gateway));
+}
+
 void Borealis::FactoryChanged() {
     settings_.SendChangedFactoryConstants();
     sessions_.NotifyConfigChanged();
@@ -273,3 +307,11 @@ void Borealis::RebootRequested() {
 }
 
 void Borealis::SaveRequested() { files_.SaveVelaConf(); }
+
+// --- The network reset button ---
+
+// A press brings the analyzer back on the network by DHCP, after a restart.
+void Borealis::GotDown() {
+    network_.SetDhcp();
+    RebootRequested();
+}

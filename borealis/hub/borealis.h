@@ -8,6 +8,7 @@
 #include "borealis/config/calibration.h"
 #include "borealis/config/config_files.h"
 #include "borealis/config/doc4410.h"
+#include "borealis/discovery/net_reset_button.h"
 #include "borealis/dsp/data_clock.h"
 #include "borealis/dsp/dsp_device.h"
 #include "borealis/hub/analyzer_settings.h"
@@ -15,6 +16,9 @@
 #include "borealis/hub/client_sessions.h"
 #include "borealis/hub/interface_box.h"
 #include "borealis/hub/measurement_records.h"
+#include "borealis/system/network_settings.h"
+#include "borealis/system/ptp_settings.h"
+#include "borealis/system/time_settings.h"
 #include "common/socket_server.h"
 
 class Platform;
@@ -25,7 +29,8 @@ class Platform;
 // to the part that owns the concern.
 class Borealis : public DSPDevice::Listener,
                  public SocketServerListener,
-                 public Doc4410::Listener {
+                 public Doc4410::Listener,
+                 public NetResetButtonDevice::Listener {
 public:
     // Builds and wires everything, starts the CPLD clock, greets the signal
     // processor and listens for clients. Throws when a device cannot be
@@ -76,11 +81,19 @@ public:
     void PollTestRequested() override;
     void LineLockRequested() override;
     void LineLockChanged(int, float, std::uint16_t, int, float, std::uint16_t) override;
+    void ClockTimeChanged(std::int64_t seconds) override;
+    void TimeZoneChanged(const std::string& zone) override;
+    void PtpModeChanged(int ptp) override;
+    void NetworkChanged(const std::string& host_name, bool dhcp, const std::string& address,
+                        const std::string& netmask, const std::string& gateway) override;
     void FactoryChanged() override;
     void FactoryCommitRequested() override;
     void FactoryRollbackRequested() override;
     void RebootRequested() override;
     void SaveRequested() override;
+
+    // --- The network reset button ---
+    void GotDown() override;
 
 private:
     void FillSystemValues();
@@ -89,6 +102,10 @@ private:
     void PrintDiagnosticDumps();
 
     Platform& platform_;
+    TimeSettings time_;
+    PtpSettings ptp_;
+    NetworkSettings network_;
+    NetResetButtonDevice button_;
     Doc4410 doc_;
     DSPDevice dsp_;
     DataClock clock_;
