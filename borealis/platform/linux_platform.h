@@ -18,6 +18,11 @@ public:
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
 
+    // --- Mirror and heater device ---
+    // The character device, opened once for writing (truncating) and once
+    // for reading; each status read is one read of the device.
+    std::unique_ptr<MirrorHeaterDevice> OpenMirror(const std::string& path) override;
+
     // --- Privileged actions ---
     void AsSuperUser(const std::function<void()>& work) override;
     void Reboot() override;

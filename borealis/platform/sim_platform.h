@@ -32,6 +32,12 @@ public:
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
 
+    // --- Mirror and heater device ---
+    // A SOCK_SEQPACKET socket under the root, played by the simulator: each
+    // command line is one packet; a status read sends the packet "?" and
+    // takes the answer packet, and no answer within 100 ms is a failed read.
+    std::unique_ptr<MirrorHeaterDevice> OpenMirror(const std::string& path) override;
+
     // --- Privileged actions ---
     // Nothing is done to the host: the effective user is left alone, and
     // actions on the system are appended as lines to
