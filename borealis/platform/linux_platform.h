@@ -27,6 +27,11 @@ public:
     // The library reads /etc/localtime by itself while TZ is unset: tzset.
     void FollowLocalTimeFile() override;
 
+    // --- Mirror and heater device ---
+    // The character device, opened once for writing (truncating) and once
+    // for reading; each status read is one read of the device.
+    std::unique_ptr<MirrorHeaterDevice> OpenMirror(const std::string& path) override;
+
     // --- Privileged actions ---
     void AsSuperUser(const std::function<void()>& work) override;
     void Reboot() override;

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "borealis/platform/mirror_heater_device.h"
+
 class SysLog;
 
 // The narrow interface between the daemon and the analyzer's board: the
@@ -81,6 +83,13 @@ public:
     // has the C library read it again now: call it at start and after the
     // file was replaced. It never fails.
     virtual void FollowLocalTimeFile() = 0;
+
+    // --- Mirror and heater device ---
+
+    // Opens the mirror and heater device named by the system path `path`
+    // (normally "/dev/mirror4410"); the caller owns the result. Throws
+    // std::runtime_error("Unable to open device: " + the path used).
+    virtual std::unique_ptr<MirrorHeaterDevice> OpenMirror(const std::string& path) = 0;
 
     // --- Privileged actions ---
 

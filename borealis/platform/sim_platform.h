@@ -46,6 +46,12 @@ public:
     // Local time follows <root>/etc/localtime: TZ names that file.
     void FollowLocalTimeFile() override;
 
+    // --- Mirror and heater device ---
+    // A SOCK_SEQPACKET socket under the root, played by the simulator: each
+    // command line is one packet; a status read sends the packet "?" and
+    // takes the answer packet, and no answer within 100 ms is a failed read.
+    std::unique_ptr<MirrorHeaterDevice> OpenMirror(const std::string& path) override;
+
     // --- Privileged actions ---
     // Nothing is done to the host: the effective user is left alone, and
     // actions on the system are appended as lines to
