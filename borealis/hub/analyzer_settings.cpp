@@ -9,6 +9,7 @@
 #include "borealis/config/doc4410.h"
 #include "borealis/dsp/dsp_device.h"
 #include "borealis/platform/platform.h"
+#include "borealis/upkeep/washme.h"
 
 namespace {
 
@@ -23,8 +24,9 @@ std::uint16_t Low16(int value) { return static_cast<std::uint16_t>(value); }
 
 }  // namespace
 
-AnalyzerSettings::AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, Platform& platform, bool debug)
-    : doc_(doc), dsp_(dsp), platform_(platform), debug_(debug) {}
+AnalyzerSettings::AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, WashMe& mirror,
+                                   Platform& platform, bool debug)
+    : doc_(doc), dsp_(dsp), mirror_(mirror), platform_(platform), debug_(debug) {}
 
 void AnalyzerSettings::DeriveLineLockTargets() {
     const ConfigFactory& factory = doc_.vela.factory;
@@ -111,6 +113,7 @@ void AnalyzerSettings::SendFactoryConstants() {
     dsp_.SetDropThreshold(doc_.vela.factory.rssidropthresh.value());
     SendOffsets();
     WriteDeviceFiles();
+    mirror_.SetMirrorPosition(doc_.vela.factory.mirrorpos.value());
 }
 
 void AnalyzerSettings::SendChangedFactoryConstants() {
@@ -125,4 +128,5 @@ void AnalyzerSettings::SendChangedFactoryConstants() {
     if (f.rssidropthresh.has_changed()) dsp_.SetDropThreshold(f.rssidropthresh.value());
     if (changed({&f.sampledcoffset, &f.sampleacoffset, &f.sampleopticaloffset})) SendOffsets();
     if (changed({&f.offset1, &f.delta1, &f.offset2, &f.delta2})) WriteDeviceFiles();
+    if (f.mirrorpos.has_changed()) mirror_.SetMirrorPosition(f.mirrorpos.value());
 }

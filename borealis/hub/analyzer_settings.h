@@ -4,12 +4,14 @@
 class DSPDevice;
 class Doc4410;
 class Platform;
+class WashMe;
 
 // Applies the document's line-lock settings and factory constants to the
-// signal processor and to the programmable logic's device files.
+// signal processor, the programmable logic's device files and the mirror.
 class AnalyzerSettings {
 public:
-    AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, Platform& platform, bool debug);
+    AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, WashMe& mirror, Platform& platform,
+                     bool debug);
 
     // The line-lock targets follow the factory constants: the cooler
     // regulates at the laser start temperature, the block at the block
@@ -38,6 +40,7 @@ private:
 
     Doc4410& doc_;
     DSPDevice& dsp_;
+    WashMe& mirror_;
     Platform& platform_;
     const bool debug_;
 };

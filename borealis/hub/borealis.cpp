@@ -40,20 +40,23 @@ Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
       button_(platform),
       dsp_(platform),
       clock_(debug),
+      mirror_(platform, "/dev/mirror4410"),
       server_("\n", AF_INET6),
       debug_(debug),
       no_clock_adjust_(no_clock_adjust),
       fanout_(server_),
-      records_(doc_, clock_, fanout_, box_),
+      records_(doc_, clock_, fanout_, box_, mirror_),
       sessions_(platform, doc_, fanout_, records_, box_, debug),
       files_(doc_, platform),
       calibration_(doc_, files_),
-      settings_(doc_, dsp_, platform, debug) {
+      settings_(doc_, dsp_, mirror_, platform, debug) {
     platform_.FollowLocalTimeFile();
     doc_.set_throw_errors(true);
     // Only what changes from now on is to be applied and announced.
     doc_.set_changed(false);
     doc_.SetListener(this);
+    sessions_.SetCommandHandler(
+        [this](SocketClient* client, const std::string& line) { HandleCommand(client, line); });
     dsp_.SetListener(this);
     dsp_.StartCpldClock();
     dsp_.SendStart();
@@ -274,6 +277,22 @@ void Borealis::PollRequested() { records_.Pipeline().RequestNextData(); }
 void Borealis::PollTestRequested() { dsp_.RequestTestData(); }
 
 void Borealis::LineLockRequested() { settings_.SendLineLockSetup(); }
+
+void Borealis::TopHeaterChanged(int heaterpower, int control, float deltat, int ontime,
+                                int offtime) {
+    mirror_.TopHeaterChanged(heaterpower, control, deltat, ontime, offtime);
+}
+
+void Borealis::BottomHeaterChanged(int heaterpower, int control, int signalstrengthlevel,
+                                   int ontime, int offtime) {
+    mirror_.BottomHeaterChanged(heaterpower, control, signalstrengthlevel, ontime, offtime);
+}
+
+void Borealis::SpinMirrorChanged(int control, int signalstrengthlevel, int ontime, int offtime,
+                                 int duration, int repeatinterval) {
+    mirror_.SpinMirrorChanged(control, signalstrengthlevel, ontime, offtime, duration,
+                              repeatinterval);
+}
 
 void Borealis::LineLockChanged(int, float, std::uint16_t, int, float, std::uint16_t) {
     settings_.SendLineLockControls();

@@ -19,9 +19,11 @@
 #include "borealis/system/network_settings.h"
 #include "borealis/system/ptp_settings.h"
 #include "borealis/system/time_settings.h"
+#include "borealis/upkeep/washme.h"
 #include "common/socket_server.h"
 
 class Platform;
+struct TextCommand;
 
 // The daemon's one central object: it owns every device, the TCP server, the
 // configuration document and the system settings, listens to all of them, and
@@ -80,6 +82,12 @@ public:
     void PollRequested() override;
     void PollTestRequested() override;
     void LineLockRequested() override;
+    void TopHeaterChanged(int heaterpower, int control, float deltat, int ontime,
+                          int offtime) override;
+    void BottomHeaterChanged(int heaterpower, int control, int signalstrengthlevel, int ontime,
+                             int offtime) override;
+    void SpinMirrorChanged(int control, int signalstrengthlevel, int ontime, int offtime,
+                           int duration, int repeatinterval) override;
     void LineLockChanged(int, float, std::uint16_t, int, float, std::uint16_t) override;
     void ClockTimeChanged(std::int64_t seconds) override;
     void TimeZoneChanged(const std::string& zone) override;
@@ -96,6 +104,10 @@ public:
     void GotDown() override;
 
 private:
+    // A client line that is not XML; the only answers are headers.
+    void HandleCommand(SocketClient* client, const std::string& line);
+    void ExecuteCommand(SocketClient* client, const TextCommand& command, std::ostream& answer);
+    void HandleBoxReport(SocketClient* client, const std::string& fields, std::ostream& answer);
     void FillSystemValues();
     void UseCommittedCalibration();
     void ReportCalibrationError(const CalibrationError& error);
@@ -109,6 +121,7 @@ private:
     Doc4410 doc_;
     DSPDevice dsp_;
     DataClock clock_;
+    WashMe mirror_;
     SocketServer server_;
     bool quit_ = false;
     const bool debug_;

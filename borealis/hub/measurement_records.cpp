@@ -13,6 +13,7 @@
 #include "borealis/hub/record_headers.h"
 #include "borealis/hub/record_line.h"
 #include "borealis/hub/socket_context.h"
+#include "borealis/upkeep/washme.h"
 
 namespace {
 
@@ -29,6 +30,14 @@ void LocalDateAndTime(std::int32_t seconds, std::string& date, std::string& time
     time = text;
 }
 
+// Seconds since local midnight of `seconds`.
+int LocalTimeOfDay(std::int32_t seconds) {
+    const time_t when = seconds;
+    struct tm local = {};
+    localtime_r(&when, &local);
+    return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+}
+
 RecordLine& AddTime(RecordLine& line, const TimePair& time) {
     return line.Int(time.seconds).Int(time.nanoseconds);
 }
@@ -36,8 +45,8 @@ RecordLine& AddTime(RecordLine& line, const TimePair& time) {
 }  // namespace
 
 MeasurementRecords::MeasurementRecords(const Doc4410& doc, DataClock& clock, ClientFanout& fanout,
-                                       InterfaceBox& box)
-    : doc_(doc), clock_(clock), fanout_(fanout), box_(box) {}
+                                       InterfaceBox& box, WashMe& mirror)
+    : doc_(doc), clock_(clock), fanout_(fanout), box_(box), mirror_(mirror) {}
 
 void MeasurementRecords::SetWorkingCalibration(float zero, float span) {
     ch4_zero_ = zero;
@@ -45,7 +54,7 @@ void MeasurementRecords::SetWorkingCalibration(float zero, float span) {
 }
 
 std::uint32_t MeasurementRecords::HubDiagBits() const {
-    return box_.Connected() ? HubDiag::BOXCONNECTED : 0;
+    return mirror_.DiagBits() | (box_.Connected() ? HubDiag::BOXCONNECTED : 0);
 }
 
 void MeasurementRecords::OnData(const DSPDataRecord& received) {
@@ -111,19 +120,21 @@ void MeasurementRecords::OnStatus(const DSPStatusRecord& status) {
     if (!clock_.Valid()) return;
     using S = DSPStatusRecord;
     const float* v = status.values;
+    const TimePair time = clock_.Time(status.msec);
     RecordLine line("DATASTAT");
     line.Int(status.msec);
-    AddTime(line, clock_.Time(status.msec)).Int(diag_);
+    AddTime(line, time).Int(diag_);
     for (S::Value value : {S::RSSI, S::REFRSSI, S::LCTSETPT, S::LCTACTUAL, S::BCTSETPT,
                            S::BCTACTUAL, S::CHASSISTEMP, S::OPTICSTEMP, S::OPTICSRH, S::AUXREFTEMP})
         line.Float(v[value]);
-    const int motor_set_point = 0, motor_actual = 0;
-    const float bottom_watts = 0, top_watts = 0;
-    line.Int(motor_set_point).Int(motor_actual);
+    bool read_failed = false;
+    line.Int(mirror_.MotorSetPoint()).Int(mirror_.ReadStatus(read_failed));
     line.Int(box_.usb).Float(box_.usb_capacity).Float(box_.usb_free_space);
     line.Float(v[S::REF]).Float(v[S::GND]).Float(v[S::OPTICSTDELTA]);
-    line.Float(bottom_watts).Float(top_watts);
+    line.Float(mirror_.BottomHeaterWatts()).Float(mirror_.TopHeaterWatts());
     fanout_.SendToFlagged(line.Finish(), OutputBit::STATUS, SendLimit::STATUS);
+    mirror_.Tick(LocalTimeOfDay(time.seconds), static_cast<int>(v[S::RSSI]), v[S::OPTICSTDELTA],
+                 (diag_ & DSPDiag::BADTEMP) != 0);
 }
 
 void MeasurementRecords::OnWaveform(const char* type, const DSPWaveform& waveform) {

@@ -10,6 +10,7 @@
 #include "borealis/hub/data_pipeline.h"
 
 class ClientFanout;
+class WashMe;
 class DataClock;
 class Doc4410;
 struct InterfaceBox;
@@ -23,11 +24,12 @@ struct InterfaceBox;
 class MeasurementRecords {
 public:
     MeasurementRecords(const Doc4410& doc, DataClock& clock, ClientFanout& fanout,
-                       InterfaceBox& box);
+                       InterfaceBox& box, WashMe& mirror);
 
     // A data message: data-clock, clock-sync, analog-output and data records.
     void OnData(const DSPDataRecord& record);
-    // A status message: the status record, while the data clock is valid.
+    // A status message, while the data clock is valid: the status record,
+    // then a tick of the mirror and heater schedules.
     void OnStatus(const DSPStatusRecord& record);
     // A waveform, as a record of type `type` ("DATAS", "DATAR", ...).
     void OnWaveform(const char* type, const DSPWaveform& waveform);
@@ -66,6 +68,7 @@ private:
     DataClock& clock_;
     ClientFanout& fanout_;
     InterfaceBox& box_;
+    WashMe& mirror_;
 
     std::uint32_t diag_ = 0;
     std::int32_t clock_yz_ = 0;

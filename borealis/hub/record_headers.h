@@ -41,16 +41,12 @@ inline constexpr char kTestHeader[] =
     "AIRPRES\tOPTICSRH\tREFTEMP\tDETECTORGND\tAIRTEMP\tLASERTEMP\tLASERBLOCKTEMP\tSAMPLEAC\t"
     "SAMPLEDC\tREFAC\tREFDC\tCHK\n";
 
-// The DIAG bits the hub adds to a data record; the processor's own bits are
-// DSPDiag. Nothing sets CALIBRATING (0x0020): it is always 0.
+// The DIAG bits the hub adds to a data record itself; the processor's bits
+// are DSPDiag and the mirror and heater device's are WashMe::Diag. Nothing
+// sets CALIBRATING: it is always 0.
 struct HubDiag {
     static constexpr std::uint32_t BOXCONNECTED = 0x0001;
-    static constexpr std::uint32_t MOTORFAILURE = 0x0010;
     static constexpr std::uint32_t CALIBRATING = 0x0020;
-    static constexpr std::uint32_t BOTTOMHEATERON = 0x0040;
-    static constexpr std::uint32_t TOPHEATERON = 0x0080;
-    static constexpr std::uint32_t PUMPON = 0x0100;
-    static constexpr std::uint32_t MOTORSPINNING = 0x0200;
 };
 
 #endif
