@@ -12,7 +12,8 @@
 #include "common/socket.h"
 
 // What a BonjourClient reports, from inside the poll loop. Every operation
-// does nothing by default.
+// does nothing by default. Replies come from inside the DNS-SD library, so
+// no callback may throw.
 class BonjourClientListener {
 public:
     virtual ~BonjourClientListener() = default;
@@ -62,16 +63,18 @@ public:
     void Reset();
     // Announces service `name` (empty: the responder's choice) of `type` in
     // `domain` on `port` on every interface, with `txt` as its TXT record.
-    // Failures (no free slot, the responder refusing) are reported.
+    // Failures are reported with "Unable to register service: " + name (the
+    // listener may have them thrown), a later refusal with "Error registering".
     void Register(const std::string& name, const std::string& type, const std::string& domain,
                   unsigned short port, const TxtMap& txt);
     // Browses for services of `type` in `domain`; each one found is resolved
     // and its addresses looked up, each address reported by ServiceResolved.
-    // Failures are reported with "Unable to browse for service: " + type.
+    // Failures are reported with "Unable to browse for service: " + type (the
+    // listener may have them thrown), later ones without throwing.
     void Browse(const std::string& type, const std::string& domain);
     // Asks the responder to verify the IPv4 address record `record_name` ->
     // `address_text` (dotted decimal). Failures are reported with "Unable to
-    // confirm: " + record_name.
+    // confirm: " + record_name; the listener may have them thrown.
     void Reconfirm(const std::string& record_name, const std::string& address_text);
 
     // Tells the listener about a failure; throws Error(message) when the
