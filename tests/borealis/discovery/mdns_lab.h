@@ -44,7 +44,6 @@
 #include <vector>
 
 #include "tests/support/process.h"
-#include "tests/support/pump.h"
 #include "tests/support/temp_root.h"
 
 // The full path of program `name`, looked for on PATH and in the system
@@ -99,11 +98,11 @@ public:
     std::string Namespace(const std::string& kind) const {
         return "/proc/" + std::to_string(holder_->pid()) + "/ns/" + kind;
     }
-    // What `avahi-browse -rpt type` prints inside the lab.
-    std::string Browse(const std::string& type) {
-        auto browse = Launch("nsenter", Inside({"--net", "--uts"}, {FindProgram("avahi-browse"), "-rpt", type}));
-        if (browse->Wait() != 0) throw std::runtime_error("avahi-browse failed: " + browse->Output());
-        return browse->Output();
+    // What `avahi-browse -rpt type` prints, run by a process inside the lab.
+    static std::string Browse(const std::string& type) {
+        ChildProcess browse(FindProgram("avahi-browse"), {"-rpt", type});
+        if (browse.Wait() != 0) throw std::runtime_error("avahi-browse failed: " + browse.Output());
+        return browse.Output();
     }
 
 private:
@@ -171,82 +170,53 @@ public:
     // as its system bus. The child dies with the test process.
     ClientChild(const std::string& bus_address, const std::vector<std::string>& namespaces,
                 const std::function<void(ClientChild&)>& body) {
-        int up[2], down[2];
-        if (::pipe2(up, O_CLOEXEC) != 0 || ::pipe2(down, O_CLOEXEC) != 0)
-            throw std::runtime_error("pipe failed");
+        int fds[2];
+        if (::pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
         std::fflush(nullptr);  // or the child would print the test's pending output again
         pid_ = ::fork();
         if (pid_ < 0) throw std::runtime_error("fork failed");
         if (pid_ == 0) {
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-            ::close(up[0]);
-            ::close(down[1]);
-            to_parent_ = up[1];
-            from_parent_ = down[0];
+            ::close(fds[0]);
+            output_fd_ = fds[1];
             // exit, not _exit: the leak checker looks at the client's process too.
             std::exit(RunChild(bus_address, namespaces, body));
         }
-        ::close(up[1]);
-        ::close(down[0]);
-        from_child_ = up[0];
-        to_child_ = down[1];
+        ::close(fds[1]);
+        output_fd_ = fds[0];
     }
     ~ClientChild() {
         if (status_ < 0) {
             ::kill(pid_, SIGKILL);
             ::waitpid(pid_, nullptr, 0);
         }
-        ::close(from_child_);
-        ::close(to_child_);
+        ::close(output_fd_);
     }
     ClientChild(const ClientChild&) = delete;
     ClientChild& operator=(const ClientChild&) = delete;
 
-    // --- In the child ---
-
-    // Tells the parent one line.
+    // In the child: tells the test one line.
     void Say(const std::string& line) {
         const std::string text = line + "\n";
-        if (::write(to_parent_, text.data(), text.size()) < 0) ::_exit(3);
-    }
-    // Runs the poll loop until the parent says Go; false when it never does.
-    bool AwaitGo() {
-        return PumpUntil([this] {
-            pollfd ready{from_parent_, POLLIN, 0};
-            return ::poll(&ready, 1, 0) > 0;
-        }, std::chrono::seconds(30));
+        if (::write(output_fd_, text.data(), text.size()) < 0) std::exit(3);
     }
 
-    // --- In the test ---
-
-    // Lets the child go on from AwaitGo.
-    void Go() {
-        if (::write(to_child_, "g", 1) != 1) throw std::runtime_error("the client process is gone");
-    }
-    // Waits until the child said `text` or ended; true when it said it.
-    bool WaitFor(const std::string& text) {
-        WaitUntil([&] { return Output().find(text) != std::string::npos || Wait(std::chrono::milliseconds(0)) >= 0; });
-        return Output().find(text) != std::string::npos;
-    }
-    // Waits for the child to end: its exit status, -1 when it did not.
-    int Wait(std::chrono::milliseconds deadline = std::chrono::seconds(20)) {
-        WaitUntil([this] {
-            int status;
-            if (status_ < 0 && ::waitpid(pid_, &status, WNOHANG) == pid_)
-                status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-            return status_ >= 0;
-        }, deadline);
-        return status_;
-    }
-    // Everything the child said so far.
-    const std::string& Output() {
+    // Waits for the child to end and returns what it said, with a last line
+    // when it failed or did not end in time.
+    std::string Transcript() {
+        std::string text;
         char buffer[4096];
-        for (pollfd ready{from_child_, POLLIN, 0}; ::poll(&ready, 1, 0) > 0;) {
-            const ssize_t n = ::read(from_child_, buffer, sizeof buffer);
-            if (n <= 0) break;
-            output_.append(buffer, n);
-        }
-        return output_;
+        pollfd ready{output_fd_, POLLIN, 0};
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        ssize_t n = 1;
+        while (n > 0 && std::chrono::steady_clock::now() < end)
+            if (::poll(&ready, 1, 100) > 0 && (n = ::read(output_fd_, buffer, sizeof buffer)) > 0)
+                text.append(buffer, n);
+        if (n > 0) return text + "(still running)\n";
+        int status;
+        ::waitpid(pid_, &status, 0);
+        status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        return status_ == 0 ? text : text + "(exit status " + std::to_string(status_) + ")\n";
     }
 
 private:
@@ -271,8 +241,7 @@ private:
 
     pid_t pid_ = -1;
     int status_ = -1;
-    int to_parent_ = -1, from_parent_ = -1, from_child_ = -1, to_child_ = -1;
-    std::string output_;
+    int output_fd_ = -1;
 };
 
 #endif
