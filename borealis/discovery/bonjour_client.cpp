@@ -1,5 +1,7 @@
 #include "borealis/discovery/bonjour_client.h"
 
+#include <cstdlib>
+
 #include <arpa/inet.h>
 #include <dns_sd.h>
 
@@ -44,6 +46,9 @@ const char kOutOfResources[] = ": Out of resources";
 }  // namespace
 
 BonjourClient::BonjourClient(BonjourClientListener* listener) : listener_(listener) {
+    // The responder's compatibility library would otherwise print a warning
+    // on standard error (and so into syslog) at its first use.
+    ::setenv("AVAHI_COMPAT_NOWARN", "1", 0);
     ErrorTexts();
     for (std::size_t i = 0; i < kPoolSize; ++i) pool_.push_back(std::make_unique<BonjourServiceRef>(*this));
 }

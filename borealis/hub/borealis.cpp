@@ -34,6 +34,7 @@ void CatchLoopSignals() {
 
 Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
     : platform_(platform),
+      bonjour_(this),
       time_(platform),
       ptp_(platform),
       network_(platform),
@@ -49,7 +50,8 @@ Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
       sessions_(platform, doc_, fanout_, records_, box_, debug),
       files_(doc_, platform),
       calibration_(doc_, files_),
-      settings_(doc_, dsp_, mirror_, platform, debug) {
+      settings_(doc_, dsp_, mirror_, platform, debug),
+      advertisement_(bonjour_, platform) {
     platform_.FollowLocalTimeFile();
     doc_.set_throw_errors(true);
     // Only what changes from now on is to be applied and announced.
@@ -95,6 +97,7 @@ void Borealis::ReadConfiguration() {
     settings_.SendFactoryConstants();
     UseCommittedCalibration();
     sessions_.NotifyConfigChanged();
+    advertisement_.Advertise(doc_.vela.cpld.ver.value(), doc_.vela.factory.serialnumber.value());
 }
 
 // The values the system holds rather than the file; setting them is not a

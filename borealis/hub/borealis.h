@@ -8,7 +8,9 @@
 #include "borealis/config/calibration.h"
 #include "borealis/config/config_files.h"
 #include "borealis/config/doc4410.h"
+#include "borealis/discovery/bonjour_client.h"
 #include "borealis/discovery/net_reset_button.h"
+#include "borealis/discovery/service_advertisement.h"
 #include "borealis/dsp/data_clock.h"
 #include "borealis/dsp/dsp_device.h"
 #include "borealis/hub/analyzer_settings.h"
@@ -32,6 +34,7 @@ struct TextCommand;
 class Borealis : public DSPDevice::Listener,
                  public SocketServerListener,
                  public Doc4410::Listener,
+                 public BonjourClientListener,
                  public NetResetButtonDevice::Listener {
 public:
     // Builds and wires everything, starts the CPLD clock, greets the signal
@@ -114,6 +117,7 @@ private:
     void PrintDiagnosticDumps();
 
     Platform& platform_;
+    BonjourClient bonjour_;
     TimeSettings time_;
     PtpSettings ptp_;
     NetworkSettings network_;
@@ -133,6 +137,7 @@ private:
     ConfigFiles files_;
     Calibration calibration_;
     AnalyzerSettings settings_;
+    ServiceAdvertisement advertisement_;
 };
 
 #endif
