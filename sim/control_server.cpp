@@ -102,7 +102,8 @@ void ControlServer::Write(int fd, Client& client) {
         }
         if (sent > 0) client.output.erase(0, static_cast<std::size_t>(sent));
     }
-    if (client.ending && client.output.empty() && !client.waiting && client.input.find('\n') == std::string::npos) {
+    const bool lines_left = client.input.find('\n') != std::string::npos;
+    if (client.ending && client.output.empty() && !client.waiting && !lines_left) {
         Drop(fd);
         return;
     }

@@ -92,7 +92,8 @@ std::string Mask(std::string line) {
     if (line.compare(0, name_event.size(), name_event) == 0) return name_event + "<hostname>\n";
     if (line.empty() || line[0] != '<') return line;
     const std::string clock_open = "<clock>", clock_close = "</clock>";
-    for (std::size_t at = line.find(clock_open); at != std::string::npos; at = line.find(clock_open, at + 1)) {
+    for (std::size_t at = line.find(clock_open); at != std::string::npos;
+         at = line.find(clock_open, at + 1)) {
         const std::size_t end = line.find(clock_close, at);
         if (end == std::string::npos) break;
         std::string clock = line.substr(at, end - at);
@@ -267,7 +268,8 @@ void ScenarioRunner::Client(const std::string& arguments) {
     if (words.empty() || (words.size() == 2 && !summary) || words.size() > 2)
         throw StepError("usage: client <name> [summary]");
     const std::string& name = words[0];
-    if (Find(name) || name == "sim" || name == "file" || name == "show" || name == "daemon" || name == "client")
+    const char* const step_words[] = {"sim", "file", "show", "daemon", "client"};
+    if (Find(name) || std::find(std::begin(step_words), std::end(step_words), name) != std::end(step_words))
         throw StepError("client name taken: " + name);
     if (!DaemonRunning()) throw StepError("no daemon to connect to");
     Reader reader{name, summary, std::make_unique<LineClient>(port_), {}, {}, false};
@@ -381,17 +383,15 @@ void ScenarioRunner::Take(Reader& reader, const std::string& line) {
 
 void ScenarioRunner::DaemonOutputUpTo(const std::string& mark) {
     ChildProcess& process = daemon_->Process();
-    std::size_t end = std::string::npos;
-    if (!mark.empty() &&
-        !WaitUntil([&] { return (end = process.Output().find(mark, daemon_output_taken_)) != std::string::npos; },
-                   kDeadline))
+    const auto mark_at = [&] { return process.Output().find(mark, daemon_output_taken_); };
+    if (!mark.empty() && !WaitUntil([&] { return mark_at() != std::string::npos; }, kDeadline))
         throw StepError("the daemon printed no barrier");
     const std::string& output = process.Output();
-    std::istringstream lines(output.substr(daemon_output_taken_, end == std::string::npos ? std::string::npos
-                                                                                           : end - daemon_output_taken_));
+    const std::size_t end = mark.empty() ? output.size() : mark_at();
+    std::istringstream lines(output.substr(daemon_output_taken_, end - daemon_output_taken_));
     for (std::string line; std::getline(lines, line);)
         daemon_lines_ += (line.empty() ? "daemon|" : "daemon| ") + Escape(line) + "\n";
-    daemon_output_taken_ = end == std::string::npos ? output.size() : end + mark.size();
+    daemon_output_taken_ = end + mark.size();
 }
 
 ScenarioRunner::Reader* ScenarioRunner::Find(const std::string& name) {

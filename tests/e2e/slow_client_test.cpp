@@ -82,7 +82,8 @@ TEST(SlowClient, LosesRecordsAtItsLimitWhileAnotherGetsEvery) {
 
     // And it still answers.
     reader.Send("<norvance><vela><ack>&query;</ack></vela></norvance>\n");
-    EXPECT_EQ(reader.ReadLineStartingWith("<norvance>"), "<norvance><vela><ack>true</ack></vela></norvance>\n");
+    EXPECT_EQ(reader.ReadLineStartingWith("<norvance>"),
+              "<norvance><vela><ack>true</ack></vela></norvance>\n");
 }
 
 }  // namespace

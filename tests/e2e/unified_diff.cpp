@@ -25,7 +25,8 @@ std::vector<Edit> EditScript(const std::vector<std::string>& a, const std::vecto
     std::vector<std::vector<std::size_t>> common(a.size() + 1, std::vector<std::size_t>(b.size() + 1, 0));
     for (std::size_t i = a.size(); i-- > 0;)
         for (std::size_t j = b.size(); j-- > 0;)
-            common[i][j] = a[i] == b[j] ? common[i + 1][j + 1] + 1 : std::max(common[i + 1][j], common[i][j + 1]);
+            common[i][j] = a[i] == b[j] ? common[i + 1][j + 1] + 1
+                                        : std::max(common[i + 1][j], common[i][j + 1]);
     std::vector<Edit> edits;
     std::size_t i = 0, j = 0;
     while (i < a.size() || j < b.size()) {
@@ -70,8 +71,8 @@ std::string UnifiedDiff(const std::string& expected, const std::string& actual, 
             old_count += edits[k].kind != '+';
             new_count += edits[k].kind != '-';
         }
-        out << "@@ -" << Range(edits[begin].old_line, old_count) << " +" << Range(edits[begin].new_line, new_count)
-            << " @@\n";
+        out << "@@ -" << Range(edits[begin].old_line, old_count) << " +"
+            << Range(edits[begin].new_line, new_count) << " @@\n";
         for (std::size_t k = begin; k < end; ++k) out << edits[k].kind << *edits[k].text << "\n";
     }
     return out.str();
