@@ -55,34 +55,53 @@ std::string FloatText(float value) {
 const std::vector<ControlCommands::Command>& ControlCommands::Table() {
     static const std::vector<Command> table = {
         {"set", "<FIELD> <value>", "set a field (names below; FLAGS: processor flag bits)",
-         &ControlCommands::Set},
-        {"get", "<FIELD>", "the value set for a field", &ControlCommands::Get},
+         &ControlCommands::Set, false},
+        {"get", "<FIELD>", "the value set for a field", &ControlCommands::Get, false},
         {"noise", "<0|1>", "1: realistic scatter; 0: every value exactly as set",
-         &ControlCommands::Noise},
-        {"drift", "<ppm>", "rate error of the processor's millisecond counter", &ControlCommands::Drift},
-        {"message", "<text>", "send a text message from the processor", &ControlCommands::Message},
+         &ControlCommands::Noise, false},
+        {"drift", "<ppm>", "rate error of the processor's millisecond counter", &ControlCommands::Drift,
+         false},
+        {"run", "<ms>", "manual clock: send the frames due in the next ms",
+         &ControlCommands::Run, true},
+        {"message", "<text>", "send a text message from the processor", &ControlCommands::Message, true},
         {"received", "", "frames the daemon wrote to dev/dsp4410, then end",
-         &ControlCommands::Received},
-        {"connected", "", "yes while the daemon holds dev/dsp4410, else no", &ControlCommands::Connected},
-        {"ticks", "", "the processor's millisecond counter", &ControlCommands::Ticks},
+         &ControlCommands::Received, false},
+        {"connected", "", "yes while the daemon holds dev/dsp4410, else no", &ControlCommands::Connected,
+         false},
+        {"ticks", "", "the processor's millisecond counter", &ControlCommands::Ticks, false},
         {"mirror", "", "lines the daemon wrote to dev/mirror4410, then end",
-         &ControlCommands::Mirror},
-        {"help", "", "this list, then end", &ControlCommands::ListCommands},
+         &ControlCommands::Mirror, false},
+        {"help", "", "this list, then end", &ControlCommands::ListCommands, false},
     };
     return table;
 }
 
-std::string ControlCommands::Execute(const std::string& line) {
+void ControlCommands::Execute(const std::string& line, const Reply& reply) {
     std::istringstream in(line);
     std::string name;
     in >> name;
     std::string arguments;
     std::getline(in >> std::ws, arguments);
     arguments.erase(arguments.find_last_not_of(" \t") + 1);
+    for (const Command& command : Table()) {
+        if (name != command.name) continue;
+        const std::string answer = Answer(command, arguments);
+        if (!command.sends_frames || answer != kOk) {
+            reply(answer);
+            return;
+        }
+        // "ok" only once the daemon can read what the command sent.
+        targets_.dsp.WhenSent([reply](const std::string& error) {
+            reply(error.empty() ? std::string(kOk) : "error: " + error + "\n");
+        });
+        return;
+    }
+    reply("error: unknown command " + name + "\n");
+}
+
+std::string ControlCommands::Answer(const Command& command, const std::string& arguments) {
     try {
-        for (const Command& command : Table())
-            if (name == command.name) return (this->*command.run)(arguments);
-        throw CommandError("unknown command " + name);
+        return (this->*command.run)(arguments);
     } catch (const std::exception& error) {
         return std::string("error: ") + error.what() + "\n";
     }
@@ -139,6 +158,13 @@ std::string ControlCommands::Drift(const std::string& arguments) {
 std::string ControlCommands::Message(const std::string& arguments) {
     if (!targets_.processor.SendText(kDspMessage, arguments))
         throw CommandError("the processor device is not open");
+    return kOk;
+}
+
+std::string ControlCommands::Run(const std::string& arguments) {
+    if (!targets_.processor.Manual()) throw CommandError("run needs the manual clock (--manual)");
+    // Up to a day at once.
+    targets_.processor.Advance(ParseUnsigned(arguments, 86400000));
     return kOk;
 }
 

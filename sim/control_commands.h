@@ -1,6 +1,7 @@
 #ifndef SIM_CONTROL_COMMANDS_H
 #define SIM_CONTROL_COMMANDS_H
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -28,12 +29,16 @@ struct ControlTargets {
 // commands by its first word.
 class ControlCommands {
 public:
+    // Takes the answer to one command.
+    using Reply = std::function<void(const std::string& answer)>;
+
     explicit ControlCommands(ControlTargets targets) : targets_(targets) {}
 
-    // The answer to one line: "ok", a value, or several lines closed by
-    // "end"; "error: " and the reason when the command fails. Always ends
-    // with a line end.
-    std::string Execute(const std::string& line);
+    // Carries out one line and gives `reply` its answer: "ok", a value, or
+    // several lines closed by "end"; "error: " and the reason when the
+    // command fails. Always ends with a line end. A command that sends
+    // frames answers once they have left for the daemon.
+    void Execute(const std::string& line, const Reply& reply);
     // One line per command with its arguments and purpose, for --help.
     static std::string Help();
 
@@ -43,7 +48,9 @@ private:
         const char* arguments;
         const char* purpose;
         std::string (ControlCommands::*run)(const std::string& arguments);
+        bool sends_frames;
     };
+    std::string Answer(const Command& command, const std::string& arguments);
     static const std::vector<Command>& Table();
 
     std::string Set(const std::string& arguments);
@@ -51,6 +58,7 @@ private:
     std::string Noise(const std::string& arguments);
     std::string Drift(const std::string& arguments);
     std::string Message(const std::string& arguments);
+    std::string Run(const std::string& arguments);
     std::string Received(const std::string& arguments);
     std::string Connected(const std::string& arguments);
     std::string Ticks(const std::string& arguments);

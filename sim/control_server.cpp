@@ -29,7 +29,9 @@ ControlServer::~ControlServer() {
 void ControlServer::Accept() {
     int fd = AcceptUnix(listener_);
     if (fd < 0) return;
-    clients_[fd] = Client{};
+    Client client;
+    client.serial = next_serial_++;
+    clients_[fd] = client;
     loop_.Watch(fd, POLLIN, [this, fd](short revents) { Serve(fd, revents); });
 }
 
@@ -38,7 +40,8 @@ void ControlServer::Serve(int fd, short revents) {
     if (found == clients_.end()) return;
     Client& client = found->second;
     if (revents & (POLLIN | POLLHUP | POLLERR)) Read(fd, client);
-    // Reading may have dropped the client.
+    RunCommands(fd);
+    // Reading or a command may have dropped the client.
     found = clients_.find(fd);
     if (found != clients_.end()) Write(fd, found->second);
 }
@@ -53,16 +56,41 @@ void ControlServer::Read(int fd, Client& client) {
         return;
     }
     client.input.append(buffer, static_cast<std::size_t>(got));
-    for (std::size_t end; (end = client.input.find('\n')) != std::string::npos;) {
+    const std::size_t last_end = client.input.rfind('\n');
+    const std::size_t tail = client.input.size() - (last_end == std::string::npos ? 0 : last_end + 1);
+    if (tail > kMaxLine) {
+        client.input.resize(client.input.size() - tail);
+        client.too_long = true;
+        client.ending = true;
+    }
+}
+
+void ControlServer::RunCommands(int fd) {
+    for (auto found = clients_.find(fd); found != clients_.end(); found = clients_.find(fd)) {
+        Client& client = found->second;
+        if (client.waiting) return;
+        const std::size_t end = client.input.find('\n');
+        if (end == std::string::npos) {
+            if (client.too_long) client.output += "error: line too long\n";
+            client.too_long = false;
+            return;
+        }
         std::string line = client.input.substr(0, end);
         client.input.erase(0, end + 1);
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        client.output += executor_(line);
+        client.waiting = true;
+        const unsigned long serial = client.serial;
+        executor_(line, [this, fd, serial](const std::string& answer) { Answered(fd, serial, answer); });
     }
-    if (client.input.size() > kMaxLine) {
-        client.output += "error: line too long\n";
-        client.ending = true;
-    }
+}
+
+void ControlServer::Answered(int fd, unsigned long serial, const std::string& answer) {
+    auto found = clients_.find(fd);
+    if (found == clients_.end() || found->second.serial != serial) return;  // gone meanwhile
+    found->second.output += answer;
+    found->second.waiting = false;
+    // Written, and the client's next command run, when the loop serves it.
+    loop_.SetEvents(fd, POLLOUT);
 }
 
 void ControlServer::Write(int fd, Client& client) {
@@ -74,7 +102,8 @@ void ControlServer::Write(int fd, Client& client) {
         }
         if (sent > 0) client.output.erase(0, static_cast<std::size_t>(sent));
     }
-    if (client.ending && client.output.empty()) {
+    const bool lines_left = client.input.find('\n') != std::string::npos;
+    if (client.ending && client.output.empty() && !client.waiting && !lines_left) {
         Drop(fd);
         return;
     }

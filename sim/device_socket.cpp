@@ -5,12 +5,22 @@
 
 #include <cerrno>
 #include <iostream>
-#include <vector>
 
 #include "sim/unix_socket.h"
 
+namespace {
+
+// How long waiting packets may find the daemon not reading before they are
+// given up.
+constexpr std::int64_t kStallNs = 10'000'000'000;
+
+}  // namespace
+
 DeviceSocket::DeviceSocket(EventLoop& loop, const std::string& path)
-    : loop_(loop), path_(path), listener_(ListenUnix(path, SOCK_SEQPACKET)) {
+    : loop_(loop),
+      path_(path),
+      listener_(ListenUnix(path, SOCK_SEQPACKET)),
+      stall_timer_(loop, [this] { Stalled(); }) {
     loop_.Watch(listener_, POLLIN, [this](short) { Accept(); });
 }
 
@@ -29,9 +39,14 @@ void DeviceSocket::Accept() {
     if (fd < 0) return;
     if (peer_ >= 0) Close();
     peer_ = fd;
-    loop_.Watch(peer_, POLLIN, [this](short) { Receive(); });
+    loop_.Watch(peer_, POLLIN, [this](short revents) { Serve(revents); });
     std::cout << "vela-sim: " << path_ << " opened" << std::endl;
     if (handlers_.opened) handlers_.opened();
+}
+
+void DeviceSocket::Serve(short revents) {
+    if (revents & POLLOUT) Flush();
+    if (peer_ >= 0 && (revents & (POLLIN | POLLHUP | POLLERR))) Receive();
 }
 
 void DeviceSocket::Receive() {
@@ -51,15 +66,62 @@ void DeviceSocket::Close() {
     ::close(peer_);
     peer_ = -1;
     std::cout << "vela-sim: " << path_ << " closed" << std::endl;
+    if (!waiting_.empty()) Finish(std::to_string(waiting_.size()) + " frames lost: " + path_ + " closed");
     if (handlers_.closed) handlers_.closed();
 }
 
 bool DeviceSocket::Send(const std::string& packet) {
     if (peer_ < 0) return false;
+    if (keep_every_packet_) {
+        if (waiting_.empty()) stall_timer_.StartAt(MonotonicNs() + kStallNs);
+        waiting_.push_back(packet);
+        Flush();
+        return true;
+    }
     ssize_t sent = ::send(peer_, packet.data(), packet.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     if (sent >= 0) return true;
     // A full queue loses the packet, as a driver's full buffer would; a
     // broken connection is noticed here or by the next read.
     if (errno != EAGAIN && errno != EINTR) Close();
     return false;
+}
+
+void DeviceSocket::Flush() {
+    while (peer_ >= 0 && !waiting_.empty()) {
+        const std::string& packet = waiting_.front();
+        ssize_t sent = ::send(peer_, packet.data(), packet.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (sent < 0 && (errno == EAGAIN || errno == EINTR)) {
+            loop_.SetEvents(peer_, POLLIN | POLLOUT);
+            return;
+        }
+        if (sent < 0) {
+            Close();
+            return;
+        }
+        waiting_.pop_front();
+        stall_timer_.StartAt(MonotonicNs() + kStallNs);
+    }
+    if (peer_ >= 0) loop_.SetEvents(peer_, POLLIN);
+    if (waiting_.empty()) Finish("");
+}
+
+void DeviceSocket::WhenSent(SentHandler sent) {
+    if (waiting_.empty())
+        sent("");
+    else
+        sent_handlers_.push_back(std::move(sent));
+}
+
+void DeviceSocket::Stalled() {
+    if (waiting_.empty()) return;
+    Finish(std::to_string(waiting_.size()) + " frames lost: the daemon read nothing from " + path_ +
+           " for 10 s");
+}
+
+void DeviceSocket::Finish(const std::string& error) {
+    waiting_.clear();
+    stall_timer_.Stop();
+    std::vector<SentHandler> handlers;
+    handlers.swap(sent_handlers_);
+    for (SentHandler& handler : handlers) handler(error);
 }

@@ -1,8 +1,10 @@
 #ifndef SIM_DEVICE_SOCKET_H
 #define SIM_DEVICE_SOCKET_H
 
+#include <deque>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "sim/event_loop.h"
 
@@ -16,6 +18,9 @@ public:
         std::function<void(const std::string& packet)> packet;
         std::function<void()> closed;
     };
+    // Called once the packets sent so far have left: with an empty text, or
+    // with the reason why they never will.
+    using SentHandler = std::function<void(const std::string& error)>;
 
     // Listens at `path`; throws ErrnoError when it cannot.
     DeviceSocket(EventLoop& loop, const std::string& path);
@@ -25,22 +30,39 @@ public:
     DeviceSocket& operator=(const DeviceSocket&) = delete;
 
     void SetHandlers(Handlers handlers) { handlers_ = std::move(handlers); }
+    // Packets that find the device's queue full wait, in order, for room
+    // instead of being lost; they are dropped with an error when the daemon
+    // takes none for a while, so that a daemon that stops reading cannot
+    // hold the simulator up for ever.
+    void KeepEveryPacket(bool keep) { keep_every_packet_ = keep; }
     // Whether the daemon holds the device open.
     bool Open() const { return peer_ >= 0; }
     // Sends one packet (what one read of the device returns); false when no
-    // one holds the device or its queue is full, and the packet is lost.
+    // one holds the device, or when its queue is full and the packet is lost.
     bool Send(const std::string& packet);
+    // Calls `sent` once every packet sent so far has left (at once when none
+    // waits).
+    void WhenSent(SentHandler sent);
 
 private:
     void Accept();
+    void Serve(short revents);
     void Receive();
     void Close();
+    // Sends waiting packets until the device's queue is full.
+    void Flush();
+    void Stalled();
+    void Finish(const std::string& error);
 
     EventLoop& loop_;
     std::string path_;
     int listener_ = -1;
     int peer_ = -1;
     Handlers handlers_;
+    bool keep_every_packet_ = false;
+    std::deque<std::string> waiting_;
+    std::vector<SentHandler> sent_handlers_;
+    Timer stall_timer_;
 };
 
 #endif

@@ -40,6 +40,8 @@ const RootFile kRootFiles[] = {
      0644},
     {"/etc/sysconfig/ptpd", "# PTP daemon settings\nPTPD_INTERFACE=br0\n", 0644},
     {"/etc/timezone", "UTC\n", 0644},
+    // An analyzer always has its settings file, if only an empty one.
+    {"/etc/vela.conf", "<norvance>\n<vela>\n</vela>\n</norvance>\n", 0644},
     // Logs each request to var/log/ptpd-init.log, found from the script's
     // own place so that the root can be anywhere.
     {"/etc/rc.d/init.d/ptpd",

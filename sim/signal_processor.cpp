@@ -1,7 +1,5 @@
 #include "sim/signal_processor.h"
 
-#include <time.h>
-
 #include <algorithm>
 #include <fstream>
 
@@ -34,14 +32,17 @@ SignalProcessor::SignalProcessor(EventLoop& loop, DeviceSocket& device, Scenario
     : device_(device),
       scenario_(scenario),
       settings_(settings),
-      clock_(settings.ticks_start, settings.drift_ppm, MonotonicNs()),
+      time_(settings.manual ? ProcessorTime::Manual(settings.epoch) : ProcessorTime::Real()),
+      clock_(settings.ticks_start, settings.drift_ppm, time_.NowNs()),
       timer_(loop, [this] { SendDue(); }) {
     device_.SetHandlers({[this] { Opened(); }, [this](const std::string& p) { GotPacket(p); },
                          [this] { Closed(); }});
+    // With a manual clock every frame is due and none may be lost.
+    device_.KeepEveryPacket(settings.manual);
 }
 
 std::uint32_t SignalProcessor::Ticks() const {
-    return static_cast<std::uint32_t>(clock_.TicksAt(MonotonicNs()));
+    return static_cast<std::uint32_t>(clock_.TicksAt(time_.NowNs()));
 }
 
 void SignalProcessor::SetDriftPpm(double ppm) {
@@ -52,7 +53,7 @@ void SignalProcessor::SetDriftPpm(double ppm) {
 void SignalProcessor::ApplyRate() {
     // A register above its centre slows the counter down.
     double ppm = settings_.drift_ppm - settings_.trim_ppm * static_cast<double>(trim_register_ - kTrimCentre);
-    clock_.SetPpm(ppm, MonotonicNs());
+    clock_.SetPpm(ppm, time_.NowNs());
 }
 
 void SignalProcessor::FollowTrimRegister() {
@@ -73,10 +74,11 @@ void SignalProcessor::Opened() {
     // The daemon throws away the first read after opening the device.
     Send(Frame{kStartupMessage, {}});
     Send(TextFrame(kInitMessage, kInitText));
-    std::uint64_t now = clock_.TicksAt(MonotonicNs());
+    std::uint64_t now = clock_.TicksAt(time_.NowNs());
     next_data_ = NextOnGrid(settings_.ticks_start, kDataTicks, now);
-    // The first synchronisation message comes at once, so that the daemon
-    // starts acquiring its data clock before the first record.
+    // The first synchronisation message comes at once (with a manual clock:
+    // with the first advance), so that the daemon starts acquiring its data
+    // clock before the first record.
     next_second_ = now;
     ArmTimer();
 }
@@ -90,8 +92,21 @@ void SignalProcessor::GotPacket(const std::string& packet) {
     }
 }
 
+void SignalProcessor::Advance(std::uint64_t ms) {
+    const std::int64_t end = time_.NowNs() + static_cast<std::int64_t>(ms) * 1000000;
+    // Each frame leaves at the moment it falls due, so that its stamp is
+    // what real time would have given it.
+    while (device_.Open()) {
+        const std::int64_t due = clock_.TimeOf(std::min(next_data_, next_second_));
+        if (due > end) break;
+        time_.AdvanceTo(due);
+        SendDue();
+    }
+    time_.AdvanceTo(end);
+}
+
 void SignalProcessor::SendDue() {
-    std::uint64_t now = clock_.TicksAt(MonotonicNs());
+    std::uint64_t now = clock_.TicksAt(time_.NowNs());
     next_data_ = SkipStall(next_data_, kDataTicks, now);
     next_second_ = SkipStall(next_second_, kSecondTicks, now);
     // Frames go out in tick order, so that a synchronisation message never
@@ -116,11 +131,11 @@ void SignalProcessor::SendSecondly(std::uint32_t msec) {
         Send(WaveformFrame(code, msec));
 }
 
-void SignalProcessor::ArmTimer() { timer_.StartAt(clock_.TimeOf(std::min(next_data_, next_second_))); }
+void SignalProcessor::ArmTimer() {
+    if (!time_.IsManual()) timer_.StartAt(clock_.TimeOf(std::min(next_data_, next_second_)));
+}
 
 void SignalProcessor::Send(const Frame& frame) {
     // The driver stamps each frame with the system time of its arrival.
-    timespec arrival{};
-    ::clock_gettime(CLOCK_REALTIME, &arrival);
-    device_.Send(EncodeFrame(frame, arrival));
+    device_.Send(EncodeFrame(frame, time_.Stamp()));
 }

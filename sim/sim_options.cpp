@@ -56,6 +56,10 @@ CommandLine ParseCommandLine(int argc, char* argv[]) {
             options.processor.drift_ppm = Number(option, next());
         else if (option == "--trim-ppm")
             options.processor.trim_ppm = Number(option, next());
+        else if (option == "--manual")
+            options.processor.manual = true;
+        else if (option == "--epoch")
+            options.processor.epoch = static_cast<std::int64_t>(Count(option, next(), 0xFFFFFFFFu));
         else if (option == "--no-noise")
             options.noise = false;
         else if (option == "--seed")
@@ -82,6 +86,11 @@ std::string UsageText() {
            "  --drift-ppm X       the counter's rate error in ppm (default 0)\n"
            "  --trim-ppm K        rate change in ppm per count of the clock_yz register away\n"
            "                      from 32768, above it slower (default 1)\n"
+           "  --manual            manual clock: time stands still until the command run\n"
+           "                      advances it; frames are stamped with --epoch plus the\n"
+           "                      simulated time, and noise is off until noise 1\n"
+           "  --epoch SECONDS     the manual clock's system time at start, in seconds\n"
+           "                      since 1970 (default 1767225600: 2026-01-01 00:00:00 UTC)\n"
            "  --no-noise          send every value exactly as set (as the command noise 0)\n"
            "  --seed N            seed of the noise (default 4410)\n"
            "  --help              this text\n"

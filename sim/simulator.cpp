@@ -9,7 +9,9 @@ ProcessorSettings WithTrimRegister(ProcessorSettings settings, const std::string
 
 Scenario MakeScenario(const SimOptions& options) {
     Scenario scenario(options.seed);
-    scenario.SetNoise(options.noise);
+    // A manual clock is there for repeatable runs: exact values unless
+    // noise is asked for.
+    scenario.SetNoise(options.noise && !options.processor.manual);
     return scenario;
 }
 
@@ -24,5 +26,7 @@ Simulator::Simulator(const SimOptions& options)
       mirror_(mirror_socket_),
       commands_({scenario_, processor_, mirror_, dsp_}),
       control_(loop_, options.root + "/run/vela-sim.ctl",
-               [this](const std::string& line) { return commands_.Execute(line); }),
+               [this](const std::string& line, const ControlServer::Reply& reply) {
+                   commands_.Execute(line, reply);
+               }),
       signals_(loop_, [this] { loop_.Stop(); }) {}

@@ -1,14 +1,18 @@
 #include "tests/support/line_client.h"
 
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <thread>
 
-LineClient::LineClient(unsigned short port) {
+LineClient::LineClient(unsigned short port, int receive_buffer) {
     fd_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (receive_buffer > 0)
+        ::setsockopt(fd_, SOL_SOCKET, SO_RCVBUF, &receive_buffer, sizeof receive_buffer);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
@@ -21,6 +25,23 @@ LineClient::LineClient(unsigned short port) {
 
 LineClient::~LineClient() {
     if (fd_ >= 0) ::close(fd_);
+}
+
+unsigned short LineClient::LocalPort() const {
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    if (fd_ < 0 || ::getsockname(fd_, reinterpret_cast<sockaddr*>(&address), &length) != 0) return 0;
+    return ntohs(address.sin_port);
+}
+
+std::size_t LineClient::Unacknowledged() const {
+    int bytes = 0;
+    if (fd_ < 0 || ::ioctl(fd_, SIOCOUTQ, &bytes) != 0) return 0;
+    return static_cast<std::size_t>(bytes);
+}
+
+void LineClient::ShutdownSending() {
+    if (fd_ >= 0) ::shutdown(fd_, SHUT_WR);
 }
 
 void LineClient::Send(const std::string& text) {
@@ -88,7 +109,13 @@ bool WaitForGreeting(unsigned short port, std::chrono::milliseconds deadline) {
     const auto end = std::chrono::steady_clock::now() + deadline;
     while (std::chrono::steady_clock::now() < end) {
         LineClient client(port);
-        if (client.Connected() && !client.ReadLine(std::chrono::seconds(5)).empty()) return true;
+        if (client.Connected() && !client.ReadLine(std::chrono::seconds(5)).empty()) {
+            // Leaves without a reset (which the daemon would report), once
+            // the daemon has let the connection go.
+            client.ShutdownSending();
+            client.WaitClosed(std::chrono::seconds(5));
+            return true;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     return false;
