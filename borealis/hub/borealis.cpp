@@ -30,6 +30,14 @@ void CatchLoopSignals() {
     sigprocmask(SIG_SETMASK, &previous, nullptr);
 }
 
+// Shows a value that the system holds: clients cannot set it, and showing it
+// is not a change anybody made.
+void ShowSystemValue(ConfigurableString& element, const std::string& value) {
+    element.set(value);
+    element.set_read_only(true);
+    element.set_changed(false);
+}
+
 }  // namespace
 
 Borealis::Borealis(Platform& platform, bool debug, bool no_clock_adjust)
@@ -95,7 +103,7 @@ void Borealis::ReadConfiguration() {
     files_.LoadVelaConf([this] { FillSystemValues(); });
     settings_.SendLineLockControls();
     settings_.SendFactoryConstants();
-    UseCommittedCalibration();
+    UseDocumentCalibration();
     sessions_.NotifyConfigChanged();
     advertisement_.Advertise(doc_.vela.cpld.ver.value(), doc_.vela.factory.serialnumber.value());
 }
@@ -104,26 +112,15 @@ void Borealis::ReadConfiguration() {
 // change anybody made.
 void Borealis::FillSystemValues() {
     Config4410& vela = doc_.vela;
-    auto unchanged = [](Configurable& element) { element.set_changed(false); };
-    vela.ver.set(kBorealisVersion);
-    vela.ver.set_read_only(true);
-    unchanged(vela.ver);
-    vela.ipaddress.set(NetworkInterfaceInfo(platform_, "br0").address.ToString());
-    vela.ipaddress.set_read_only(true);
-    unchanged(vela.ipaddress);
-    vela.name.set(GetHostName());
-    vela.name.set_read_only(true);
-    unchanged(vela.name);
-    vela.cpld.ver.set(GetHardwareIdentity(platform_));
-    vela.cpld.ver.set_read_only(true);
-    unchanged(vela.cpld.ver);
+    ShowSystemValue(vela.ver, kBorealisVersion);
+    ShowSystemValue(vela.ipaddress, NetworkInterfaceInfo(platform_, "br0").address.ToString());
+    ShowSystemValue(vela.name, GetHostName());
+    ShowSystemValue(vela.cpld.ver, GetHardwareIdentity(platform_));
     vela.serialnumber.set_read_only(true);
 
     ConfigCfgClock& clock = vela.cfg.clock;
     clock.zone.set(time_.current_zone());
-    unchanged(clock.zone);
     clock.ptp.set(ptp_.ReadMode());
-    unchanged(clock.ptp);
     ConfigCfgNetwork& network = vela.cfg.network;
     const InterfaceConfig& interface = network_.config();
     network.name.set(network_.host_name());
@@ -131,10 +128,12 @@ void Borealis::FillSystemValues() {
     network.ipaddress.set(interface.address);
     network.netmask.set(interface.netmask);
     network.gateway.set(interface.gateway);
-    unchanged(network);
+    clock.zone.set_changed(false);
+    clock.ptp.set_changed(false);
+    network.set_changed(false);
 }
 
-void Borealis::UseCommittedCalibration() {
+void Borealis::UseDocumentCalibration() {
     records_.SetWorkingCalibration(doc_.vela.cal.ch4zero.value(), doc_.vela.cal.ch4span.value());
 }
 
@@ -270,10 +269,10 @@ void Borealis::CalCommitRequested() { calibration_.Commit(); }
 
 void Borealis::CalRollbackRequested() {
     calibration_.Rollback();
-    UseCommittedCalibration();
+    UseDocumentCalibration();
 }
 
-void Borealis::CalChanged() { UseCommittedCalibration(); }
+void Borealis::CalChanged() { UseDocumentCalibration(); }
 
 void Borealis::PollRequested() { records_.Pipeline().RequestNextData(); }
 

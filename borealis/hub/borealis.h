@@ -112,7 +112,7 @@ private:
     void ExecuteCommand(SocketClient* client, const TextCommand& command, std::ostream& answer);
     void HandleBoxReport(SocketClient* client, const std::string& fields, std::ostream& answer);
     void FillSystemValues();
-    void UseCommittedCalibration();
+    void UseDocumentCalibration();
     void ReportCalibrationError(const CalibrationError& error);
     void PrintDiagnosticDumps();
 
