@@ -14,20 +14,6 @@ namespace {
 
 void Poll(std::int32_t timeout_ms) { PollProcessor::Instance().Poll(timeout_ms); }
 
-TEST(PollProcessor, NormalisesTimeouts) {
-    struct Case { long sec, usec, want_sec, want_usec; };
-    const Case cases[] = {
-        {101, 999999, 101, 999999}, {0, 1000000, 1, 0},
-        {100, 1000001, 101, 1},     {100, 10000002, 110, 2},
-    };
-    for (const Case& c : cases) {
-        struct timeval tv = {c.sec, c.usec};
-        NormaliseTimeout(tv);
-        EXPECT_EQ(tv.tv_sec, c.want_sec) << c.sec << "," << c.usec;
-        EXPECT_EQ(tv.tv_usec, c.want_usec) << c.sec << "," << c.usec;
-    }
-}
-
 TEST(MillisecondClock, CountsSmallStepsAndOneSecondForJumps) {
     MillisecondClock clock;
     const std::uint32_t t0 = 1700000000;
@@ -120,34 +106,6 @@ TEST(PollItem, PolledOnlyWhileRegisteredWithEventsAndADescriptor) {
     silent.SetEvents(POLLIN);  // the table is rebuilt with the new events
     Poll(2000);
     EXPECT_EQ(silent.calls, "R");
-}
-
-struct CountingIdle : PollIdleHandler {
-    int calls = 0;
-    int wanted = 0;  // how many calls ask to be called again
-    bool HandleIdle() override { return ++calls <= wanted; }
-};
-
-TEST(PollIdleHandler, CalledOnQuietPassesUntilDone) {
-    CountingIdle idle;
-    idle.wanted = 2;
-    idle.Register();
-    auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < 3; ++i) Poll(2000);
-    EXPECT_EQ(idle.calls, 3);
-    // Three quiet passes with time-out 0: none of them slept.
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1500));
-
-    // Done now: the next pass sleeps until a timer wakes it, after which
-    // the handler gets its turn again.
-    CountingTimer timer;
-    timer.Register();
-    timer.Start(100);
-    ASSERT_TRUE(WaitUntil([&] {
-        Poll(2000);
-        return timer.fired > 0;
-    }));
-    EXPECT_EQ(idle.calls, 4);
 }
 
 }  // namespace
