@@ -48,28 +48,6 @@ TEST(ConfigurableDynamic, AddAndClearMarkTheList) {
     EXPECT_FALSE(tree.L.has_changed());
 }
 
-TEST(ConfigurableDynamic, AssignmentCopiesFlagsOrReplacesChildren) {
-    ConfigurableCompositeDynamic<TestFloat> target{"dyn"}, source{"dyn"};
-    target.add_child(new TestFloat("a", 1));
-    source.add_child(new TestFloat("b", 1));
-    target.set_changed(false);
-    const TestFloat* kept = &target.at(0);
-    source.set_persistent(false);
-    target = source;  // pairwise equal: only the flags are copied
-    EXPECT_EQ(&target.at(0), kept);
-    EXPECT_EQ(Process(target, "<dyn>&query_item;</dyn>"), "<a>1</a>");
-    EXPECT_FALSE(target.is_persistent());
-    EXPECT_TRUE(target.has_changed());
-
-    target.set_changed(false);
-    source.at(0).set(2);
-    source.add_child(new TestFloat("c", 3));
-    target = source;
-    EXPECT_EQ(Process(target, "<dyn>&query_item;</dyn>"), "<b>2</b><c>3</c>");
-    EXPECT_EQ(target.at(1).parent(), &target);
-    EXPECT_TRUE(target.has_changed());
-}
-
 TEST(ConfigurableDynamic, DropsAChildThatThrows) {
     TestTree tree;
     tree.L.set_throw_errors(true);

@@ -1,12 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <type_traits>
-
 #include "configurable/config_time.h"
 #include "configurable/configbuiltin.h"
 #include "tests/configurable/test_tree.h"
-#include "tests/support/error_text.h"
 
 namespace {
 
@@ -83,19 +79,6 @@ TEST(ConfigurableValues, ReadAndWriteTheirTextForms) {
     EXPECT_EQ(leaves.at.value().get(), 90000.0);  // 25:00, not wrapped to a time of day
 }
 
-TEST(ConfigurableValues, DescribeTheirTypes) {
-    Leaves leaves;
-    ConfigurableInteger floor{"floor", 1, 0};
-    leaves.L.add_child(&floor);
-    EXPECT_EQ(Process(leaves.L, "&query_doctype_item;"),
-              "<L><free>{float:0.1234}</free><bounded>{float:0;-5.5...5.5}</bounded>"
-              "<count>{integer:3;-10...10}</count><wide>{integer:7}</wide>"
-              "<flag>{true|false}</flag><text>{string}</text><shown>{string}</shown>"
-              "<lunch>{apple|banana|orange|grapes|tire|translate&lt;&gt;&amp;&apos;&quot;}</lunch>"
-              "<when>{YYYY-MM-DD HH:MM:SS.SS}</when><at>{HH:MM}</at>"
-              "<floor>{integer:1;0...2147483647}</floor></L>");
-}
-
 // Assigning the value a leaf holds (after clamping) marks nothing; another
 // value marks it, and so does restoring a different default.
 TEST(ConfigurableValues, MarkChangedOnlyOnARealChange) {
@@ -125,19 +108,6 @@ TEST(ConfigurableValues, MarkChangedOnlyOnARealChange) {
     }
 }
 
-TEST(ConfigurableValues, StrictFloatRejectsOnlyNaN) {
-    ConfigurableFloat strict{"strict", 0, -1, 1, true};
-    strict.set(7);
-    EXPECT_EQ(strict.value(), 1);
-    EXPECT_EQ(ErrorText([&] { strict.set(std::nanf("")); }), "ConfigurableFloat: range error");
-}
-
-// The options are kept by address: a choice cannot be built on a temporary list.
-static_assert(!std::is_constructible_v<ConfigurableMultipleChoice, std::string,
-                                       std::vector<std::string>, int>);
-static_assert(std::is_constructible_v<ConfigurableMultipleChoice, std::string,
-                                      const std::vector<std::string>&, int>);
-
 // The attribute set of dog, one request after the other.
 TEST(ConfigurableAttributes, AnswerInStartTagsAndValues) {
     TestTree tree;
@@ -162,18 +132,6 @@ TEST(ConfigurableAttributes, AnswerInStartTagsAndValues) {
         {"<L><dog>&query_doctype;</dog></L>", "<L><dog pitch=\"{float}\" sticky>{float}</dog></L>"},
     };
     for (const Exchange& x : exchanges) EXPECT_EQ(Process(tree.L, x.request), x.answer) << x.request;
-}
-
-// A change answer carries every present attribute, changed or not.
-TEST(ConfigurableAttributes, ChangeAnswerCarriesEveryPresentAttribute) {
-    TestTree tree;
-    tree.sticky.set_persistent(true);
-    tree.pitch.set_changed(true);
-    EXPECT_EQ(Process(tree.L, "&query_changes;"), "<L><dog pitch=\"11.22\" sticky>88.11</dog></L>");
-    tree.pitch.set_persistent(false);
-    tree.L.set_changed(false);
-    tree.sticky.set_changed(true);
-    EXPECT_EQ(Process(tree.L, "&query_changes;"), "<L><dog sticky>88.11</dog></L>");
 }
 
 }  // namespace

@@ -40,19 +40,6 @@ TEST(Configurable, ThrowsErrorsWhenAsked) {
     EXPECT_EQ(ErrorText([&] { Process(tree.L, "<L><a>qwerty</a><b>2.1</b></L>"); }),
               "XML error in item \"a\": unable to read float");
     EXPECT_FLOAT_EQ(tree.b.value(), 0.1234f);
-    // Attributes added later take the flag too.
-    EXPECT_EQ(ErrorText([&] { Process(tree.L, "<L><dog pitch=\"x\"/></L>"); }),
-              "XML error in item \"pitch\": unable to read float");
-}
-
-TEST(Configurable, ProcessFailsTheStreamOnBadDocuments) {
-    TestTree tree;
-    for (const char* bad : {"<attic/>", "<L></a>", "> <L/>", "<L><a>junk</a></L>"}) {
-        std::istringstream in(bad);
-        std::ostringstream out;
-        tree.L.process(in, out);
-        EXPECT_EQ(in.fail(), std::string(bad) != "<L><a>junk</a></L>") << bad;
-    }
 }
 
 // The names of the tree's nodes that are marked changed.
@@ -78,43 +65,6 @@ TEST(Configurable, ChangeMarksSpreadUpAndClearDown) {
     tree.GG.set_changed(true);
     tree.L.set_changed(false);
     EXPECT_EQ(Changed(tree), "");
-}
-
-TEST(Configurable, WritesDocumentsIndentedUnlessCompact) {
-    TestTree tree;
-    std::ostringstream indented;
-    indented << tree.c;
-    EXPECT_EQ(indented.str(), "\n<L>\n\t<c>\n\t\t43.21\n\t</c>\n</L>");
-
-    std::ostringstream compact;
-    Configurable::set_compact(compact);
-    write_changes(compact, tree.L);
-    EXPECT_EQ(compact.str(), "");
-    tree.f.set_changed(true);
-    write_changes(compact, tree.L);
-    write_type_description(compact, tree.f);
-    EXPECT_EQ(compact.str(), "<L><d><f>6.5</f></d></L><L><d><f>{float}</f></d></L>");
-}
-
-class RecordingObserver : public ConfigurableObserver {
-public:
-    void on_changed(const ConfigurableEvent& e) override { log += "changed " + e.configurable()->name() + ";"; }
-    void on_read_begin(const ConfigurableEvent&) override { log += "begin;"; }
-    void on_read_end(const ConfigurableEvent&) override { log += "end;"; }
-    void on_read_text(const ConfigurableEvent&, const std::string& text, std::ostream&) override {
-        log += "text " + text + ";";
-    }
-    void on_write_begin(const ConfigurableEvent&) override { log += "write;"; }
-    void on_write_end(const ConfigurableEvent&) override { log += "written;"; }
-    std::string log;
-};
-
-TEST(Configurable, TellsTheObserver) {
-    TestTree tree;
-    RecordingObserver observer;
-    tree.c.set_observer(&observer);
-    Process(tree.L, "<L><c>5&query;</c></L>");
-    EXPECT_EQ(observer.log, "begin;text 5&query;;changed c;write;written;end;");
 }
 
 }  // namespace
