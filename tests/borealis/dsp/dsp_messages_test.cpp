@@ -63,18 +63,17 @@ Words Truncated(Words words, std::size_t size) {
     return words;
 }
 
-TEST(DSPMessages, DecodesEveryCodeWithItsMinimumLength) {
+// Codes 2 and 24 are decoded in the device tests; the start-up text (4) and
+// a whole test record (30) are pinned by the greeting and test data
+// scenarios.
+TEST(DSPMessages, DecodesEachCodeWithItsMinimumLength) {
     const struct { std::uint16_t cmd; Words words; std::vector<std::string> expected; } cases[] = {
-        {2, {}, {"pong"}},
         {3, {0x3348, 0x0069}, {"dsp Hi"}},  // the high byte is ignored
-        {4, {'o', 'k'}, {"init ok"}},
         {5, {'?'}, {"bad ?"}},
         {18, {}, {"fatal "}},
-        {24, {1}, {"code24"}},
         {25, {0x1234, 0x5678}, {"sync 305419896"}},
         {25, {0x1234}, {}},
         {30, {}, {"test"}},
-        {30, {1, 65535}, {"test 1 65535"}},
         {6, Status(14),
          {"status 1234: 1.5 2.5 5.5 6.5 7.5 8.5 3.5 4.5 10.5 -11.5 9.5 12.5 13.5"}},
         {6, Truncated(Status(14), 27), {}},

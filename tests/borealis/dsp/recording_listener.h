@@ -23,7 +23,6 @@ public:
         Add("unknown " + std::to_string(cmd) + Words(words, length));
     }
     void GotBadCommand(std::uint32_t, std::uint32_t, const std::string& t) override { Add("bad " + t); }
-    void GotInitMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("init " + t); }
     void GotDSPMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("dsp " + t); }
     void GotFatalMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("fatal " + t); }
     void GotPong(std::uint32_t, std::uint32_t) override { Add("pong"); }
