@@ -28,8 +28,8 @@ TEST(ConfigurableDynamic, ReplacesItsChildrenFromXml) {
          "<val>1</val><val>2</val><val>4</val>"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(Process(tree.L, c.request), c.answer) << c.request;
-        EXPECT_EQ(Process(tree.L, "<L><dyn>&query_item;</dyn></L>"), c.list) << c.request;
+        EXPECT_EQ(Ask(tree.L, c.request), c.answer) << c.request;
+        EXPECT_EQ(Ask(tree.L, "<L><dyn>&query_item;</dyn></L>"), c.list) << c.request;
     }
 }
 
@@ -51,8 +51,8 @@ TEST(ConfigurableDynamic, AddAndClearMarkTheList) {
 TEST(ConfigurableDynamic, DropsAChildThatThrows) {
     TestTree tree;
     tree.L.set_throw_errors(true);
-    Process(tree.L, "<L><dyn><v>1</v></dyn></L>");
-    EXPECT_EQ(ErrorText([&] { Process(tree.L, "<L><dyn><v>2</v><v>x</v></dyn></L>"); }),
+    Ask(tree.L, "<L><dyn><v>1</v></dyn></L>");
+    EXPECT_EQ(ErrorText([&] { Ask(tree.L, "<L><dyn><v>2</v><v>x</v></dyn></L>"); }),
               "XML error in item \"v\": unable to read float");
     ASSERT_EQ(tree.dyn.children().size(), 1u);
     EXPECT_EQ(tree.dyn.at(0).value(), 2);

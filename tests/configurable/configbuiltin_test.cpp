@@ -74,7 +74,7 @@ TEST(ConfigurableValues, ReadAndWriteTheirTextForms) {
         {"<L><at>2147483648:00&query_item;</at></L>",
          "<Error Param=\"at\">unable to read time (should be HH:MM)\n</Error>"},
     };
-    for (const Exchange& x : exchanges) EXPECT_EQ(Process(leaves.L, x.request), x.answer) << x.request;
+    for (const Exchange& x : exchanges) EXPECT_EQ(Ask(leaves.L, x.request), x.answer) << x.request;
     EXPECT_EQ(leaves.lunch.value(), 5);
     EXPECT_EQ(leaves.at.value().get(), 90000.0);  // 25:00, not wrapped to a time of day
 }
@@ -85,10 +85,10 @@ TEST(ConfigurableValues, MarkChangedOnlyOnARealChange) {
     Leaves leaves;
     const auto changes_after = [&leaves](const char* request) {
         leaves.L.set_changed(false);
-        Process(leaves.L, request);
-        return Process(leaves.L, "&query_changes_item;");
+        Ask(leaves.L, request);
+        return Ask(leaves.L, "&query_changes_item;");
     };
-    Process(leaves.L, "<L><bounded>9</bounded><count>99</count></L>");  // clamped to 5.5 and 10
+    Ask(leaves.L, "<L><bounded>9</bounded><count>99</count></L>");  // clamped to 5.5 and 10
     EXPECT_EQ(changes_after("<L><free>0.1234</free><bounded>7</bounded><count>11</count>"
                             "<wide>7</wide><flag>false</flag><text>hello</text><lunch>apple</lunch>"
                             "<when>1989-01-01 00:00</when><at>01:00</at></L>"),
@@ -104,7 +104,7 @@ TEST(ConfigurableValues, MarkChangedOnlyOnARealChange) {
                                  ""}) {
         leaves.L.set_changed(false);
         leaves.L.set_default();
-        EXPECT_EQ(Process(leaves.L, "&query_changes_item;"), restored);
+        EXPECT_EQ(Ask(leaves.L, "&query_changes_item;"), restored);
     }
 }
 
@@ -131,7 +131,7 @@ TEST(ConfigurableAttributes, AnswerInStartTagsAndValues) {
         {"<L><dog pitch=\"&query_doctype_item;\"/></L>", "{float}"},
         {"<L><dog>&query_doctype;</dog></L>", "<L><dog pitch=\"{float}\" sticky>{float}</dog></L>"},
     };
-    for (const Exchange& x : exchanges) EXPECT_EQ(Process(tree.L, x.request), x.answer) << x.request;
+    for (const Exchange& x : exchanges) EXPECT_EQ(Ask(tree.L, x.request), x.answer) << x.request;
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ TEST(Configurable, AnswersASessionOfRequests) {
     int step = 0;
     for (const SessionStep& s : SESSION) {
         if (s.clearFirst) tree.L.set_changed(false);
-        EXPECT_EQ(Process(tree.L, s.request), s.answer) << "step " << step << ": " << s.request;
+        EXPECT_EQ(Ask(tree.L, s.request), s.answer) << "step " << step << ": " << s.request;
         ++step;
     }
 }
@@ -29,15 +29,15 @@ TEST(ConfigurableComposite, SameNamedChildrenEachReadTheElement) {
         L.add_child(child);
     }
     hidden.set_persistent(false);
-    Process(L, "<L><d><v>5</v></d><x>6</x><y>7</y></L>");
-    EXPECT_EQ(Process(L, "<L>&query_item;</L>"),
+    Ask(L, "<L><d><v>5</v></d><x>6</x><y>7</y></L>");
+    EXPECT_EQ(Ask(L, "<L>&query_item;</L>"),
               "<d><v>5</v></d><d><v>5</v></d><x>6</x><y>7</y>");
 }
 
 TEST(Configurable, ThrowsErrorsWhenAsked) {
     TestTree tree;
     tree.L.set_throw_errors(true);
-    EXPECT_EQ(ErrorText([&] { Process(tree.L, "<L><a>qwerty</a><b>2.1</b></L>"); }),
+    EXPECT_EQ(ErrorText([&] { Ask(tree.L, "<L><a>qwerty</a><b>2.1</b></L>"); }),
               "XML error in item \"a\": unable to read float");
     EXPECT_FLOAT_EQ(tree.b.value(), 0.1234f);
 }
