@@ -1,8 +1,6 @@
 #include "common/socket.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <set>
 #include <string>
@@ -61,14 +59,6 @@ TEST(SocketAddress, ComparesFamilyThenAddressBytes) {
     std::set<SocketAddress> keys{b, a, v6, a_port, scoped};
     EXPECT_EQ(keys.size(), 5u);
     EXPECT_EQ(keys.count(SocketAddress("10.0.0.2")), 1u);
-}
-
-TEST(Socket, CopyOwnsAnIndependentDescriptor) {
-    Socket socket(AF_INET, SOCK_STREAM, 0);
-    Socket copy(socket);
-    EXPECT_NE(copy.GetFd(), socket.GetFd());
-    copy.Close();
-    EXPECT_NE(::fcntl(socket.GetFd(), F_GETFD), -1);
 }
 
 TEST(Socket, AcceptWithNothingPendingReportsEAGAIN) {
