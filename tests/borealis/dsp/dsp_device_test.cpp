@@ -9,32 +9,72 @@
 #include "borealis/dsp/dsp_words.h"
 #include "borealis/platform/linux_platform.h"
 #include "borealis/platform/sim_platform.h"
-#include "tests/borealis/dsp/dsp_test_peer.h"
+#include "common/socket.h"
 #include "tests/borealis/dsp/recording_listener.h"
 #include "tests/support/capture_stdout.h"
 #include "tests/support/error_text.h"
+#include "tests/support/pump.h"
+#include "tests/support/temp_root.h"
 
 namespace {
 
+using Bytes = std::vector<std::uint8_t>;
 using Events = std::vector<std::string>;
 
-// A device connected to a test peer under a simulated root.
+// A frame as the driver delivers it: arrival time, code, length, payload,
+// every word little-endian.
+Bytes Frame(std::uint16_t cmd, const std::vector<std::uint16_t>& words, std::uint32_t seconds = 0,
+            std::uint32_t nanoseconds = 0) {
+    std::vector<std::uint16_t> all = {
+        static_cast<std::uint16_t>(seconds), static_cast<std::uint16_t>(seconds >> 16),
+        static_cast<std::uint16_t>(nanoseconds), static_cast<std::uint16_t>(nanoseconds >> 16),
+        cmd, static_cast<std::uint16_t>(words.size())};
+    all.insert(all.end(), words.begin(), words.end());
+    Bytes bytes;
+    for (std::uint16_t w : all) bytes.insert(bytes.end(), {std::uint8_t(w & 0xFF), std::uint8_t(w >> 8)});
+    return bytes;
+}
+
+Bytes operator+(Bytes a, const Bytes& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+Socket Listening(const std::string& path) {
+    Socket socket(AF_UNIX, SOCK_SEQPACKET, 0);
+    socket.Bind(SocketAddress(path));
+    socket.Listen(1);
+    return socket;
+}
+
+// A device under a simulated root, connected to the processor's end of its
+// SOCK_SEQPACKET socket: one packet is what one read of the device returns
+// or one write gives it.
 struct Connected {
     TempRoot root;
     SimPlatform platform{root.path(), 4410};
-    DspPeer peer{root};
+    Socket listening = Listening(root / "/dev/dsp4410");
     DSPDevice device{platform};
+    Socket processor = listening.Accept();
     RecordingListener listener;
-    Connected() {
-        peer.Accept();
-        device.SetListener(&listener);
+    Connected() { device.SetListener(&listener); }
+
+    void Send(const Bytes& packet) { EXPECT_EQ(processor.Write(packet.data(), packet.size()), packet.size()); }
+    // One packet written by the device, running the loop meanwhile; empty
+    // when none came before the deadline.
+    Bytes Receive() {
+        Bytes packet(65536);
+        ssize_t n = -1;
+        PumpUntil([&] { return (n = ::recv(processor.GetFd(), packet.data(), packet.size(), MSG_DONTWAIT)) >= 0; });
+        packet.resize(n < 0 ? 0 : n);
+        return packet;
     }
     // Sends `packet` and then a pong as a marker; returns the events that
     // came before the marker's.
     Events Deliver(const Bytes& packet) {
         listener.events.clear();
-        peer.Send(packet);
-        peer.Send(Frame(2, {}));
+        Send(packet);
+        Send(Frame(2, {}));
         EXPECT_TRUE(PumpUntil([&] { return !listener.events.empty() && listener.events.back() == "pong"; }));
         Events events = listener.events;
         events.resize(events.size() >= 2 ? events.size() - 2 : 0);  // the marker's
@@ -80,7 +120,7 @@ TEST(DSPDevice, WritesQueuedFramesInOneWriteInOrder) {
         expected = expected + sender.expected;
     }
     EXPECT_EQ(POLLIN | POLLOUT, c.device.GetEvents());
-    EXPECT_EQ(expected, c.peer.Receive());
+    EXPECT_EQ(expected, c.Receive());
     EXPECT_EQ(0u, c.device.QueuedWords());
     EXPECT_EQ(POLLIN, c.device.GetEvents());
 }
@@ -132,9 +172,9 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
     c.device.SetListener(&throwing);
     CaptureStdout out;
     // A failing callback loses the rest of its read, not the next one.
-    c.peer.Send(Frame(2, {}));  // the first read, discarded
-    c.peer.Send(Frame(3, {'x'}) + Frame(2, {}));
-    c.peer.Send(Frame(24, {}));
+    c.Send(Frame(2, {}));  // the first read, discarded
+    c.Send(Frame(3, {'x'}) + Frame(2, {}));
+    c.Send(Frame(24, {}));
     ASSERT_TRUE(PumpUntil([&] { return throwing.events.size() == 3; }));
     EXPECT_EQ((Events{"msg 3 len 1 at 0.0", "msg 24 len 0 at 0.0", "code24"}), throwing.events);
 
