@@ -21,14 +21,11 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using Events = std::vector<std::string>;
 
-// A frame as the driver delivers it: arrival time, code, length, payload,
-// every word little-endian.
-Bytes Frame(std::uint16_t cmd, const std::vector<std::uint16_t>& words, std::uint32_t seconds = 0,
-            std::uint32_t nanoseconds = 0) {
-    std::vector<std::uint16_t> all = {
-        static_cast<std::uint16_t>(seconds), static_cast<std::uint16_t>(seconds >> 16),
-        static_cast<std::uint16_t>(nanoseconds), static_cast<std::uint16_t>(nanoseconds >> 16),
-        cmd, static_cast<std::uint16_t>(words.size())};
+// A frame as the driver delivers it (code, length, payload, every word
+// little-endian) after an arrival time of 0: the scenarios pin how arrival
+// times are read, through the record times.
+Bytes Frame(std::uint16_t cmd, const std::vector<std::uint16_t>& words) {
+    std::vector<std::uint16_t> all = {0, 0, 0, 0, cmd, static_cast<std::uint16_t>(words.size())};
     all.insert(all.end(), words.begin(), words.end());
     Bytes bytes;
     for (std::uint16_t w : all) bytes.insert(bytes.end(), {std::uint8_t(w & 0xFF), std::uint8_t(w >> 8)});
@@ -77,22 +74,22 @@ struct Connected {
         Send(Frame(2, {}));
         EXPECT_TRUE(PumpUntil([&] { return !listener.events.empty() && listener.events.back() == "pong"; }));
         Events events = listener.events;
-        events.resize(events.size() >= 2 ? events.size() - 2 : 0);  // the marker's
+        if (!events.empty()) events.pop_back();  // the marker's
         return events;
     }
 };
 
 TEST(DSPDevice, ParsesEachReadOnItsOwnAndDropsIncompleteTails) {
     Connected c;
-    const Bytes frame = Frame(3, {'H', 'i'}, 7, 250);
+    const Bytes frame = Frame(3, {'H', 'i'});
     const Bytes half = Bytes(frame.begin(), frame.begin() + frame.size() / 2);
     const struct { const char* what; Bytes packet; Events expected; } reads[] = {
         {"first read after opening", frame, {}},
         {"11 bytes", Bytes(11, 0), {}},
-        {"one and a half frames", frame + half, {"msg 3 len 2 at 7.250", "dsp Hi"}},
-        {"empty payload", Frame(24, {}, 1, 2), {"msg 24 len 0 at 1.2", "code24"}},
-        {"two frames", Frame(2, {}, 5, 6) + frame, {"msg 2 len 0 at 5.6", "pong", "msg 3 len 2 at 7.250", "dsp Hi"}},
-        {"odd trailing byte", frame + Bytes(1, 0), {"msg 3 len 2 at 7.250", "dsp Hi"}},
+        {"one and a half frames", frame + half, {"dsp Hi"}},
+        {"empty payload", Frame(24, {}), {"code24"}},
+        {"two frames", Frame(2, {}) + frame, {"pong", "dsp Hi"}},
+        {"odd trailing byte", frame + Bytes(1, 0), {"dsp Hi"}},
     };
     for (const auto& read : reads) EXPECT_EQ(read.expected, c.Deliver(read.packet)) << read.what;
 }
@@ -175,8 +172,8 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
     c.Send(Frame(2, {}));  // the first read, discarded
     c.Send(Frame(3, {'x'}) + Frame(2, {}));
     c.Send(Frame(24, {}));
-    ASSERT_TRUE(PumpUntil([&] { return throwing.events.size() == 3; }));
-    EXPECT_EQ((Events{"msg 3 len 1 at 0.0", "msg 24 len 0 at 0.0", "code24"}), throwing.events);
+    ASSERT_TRUE(PumpUntil([&] { return !throwing.events.empty(); }));
+    EXPECT_EQ(Events{"code24"}, throwing.events);
 
     // A write the socket refuses: the queue stays for the next try.
     int small = 4096;
