@@ -49,34 +49,28 @@ struct RecordingListener : SocketServerListener {
 };
 
 // The remote end of a connection, driven by the test between poll iterations.
-class Peer {
-public:
-    explicit Peer(unsigned short port) : socket_(AF_INET, SOCK_STREAM, 0) {
+struct Peer : Socket {
+    explicit Peer(unsigned short port) : Socket(AF_INET, SOCK_STREAM, 0) {
         SocketAddress address("127.0.0.1");
         address.SetPort(port);
-        socket_.Connect(address, 5);
-        socket_.SetNonBlocking();
+        Connect(address, 5);
+        SetNonBlocking();
     }
-    void Write(const std::string& text) { ASSERT_EQ(socket_.Write(text), text.size()); }
     // Closes with a reset instead of an orderly end.
     void Reset() {
         linger abort{1, 0};
-        ::setsockopt(socket_.GetFd(), SOL_SOCKET, SO_LINGER, &abort, sizeof abort);
-        socket_.Close();
+        ::setsockopt(GetFd(), SOL_SOCKET, SO_LINGER, &abort, sizeof abort);
+        Close();
     }
-    Socket& socket() { return socket_; }
     // Appends what is available to `received`; notes end of input.
-    void Read() {
+    void Collect() {
         std::string chunk(65536, '\0');
-        ssize_t n = ::recv(socket_.GetFd(), &chunk[0], chunk.size(), 0);
+        ssize_t n = ::recv(GetFd(), &chunk[0], chunk.size(), 0);
         if (n > 0) received.append(chunk, 0, static_cast<std::size_t>(n));
         ended = ended || n == 0;
     }
     std::string received;
     bool ended = false;
-
-private:
-    Socket socket_;
 };
 
 class SocketServerTest : public testing::Test {
@@ -134,14 +128,14 @@ TEST_F(SocketServerTest, SlowReaderGetsTheWholeAnswerInOrder) {
         SocketClient* client = server->GetClients().back();
         // Small buffers on both sides, so that no single write can take it all.
         int size = 4096;
-        ::setsockopt(peer->socket().GetFd(), SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
+        ::setsockopt(peer->GetFd(), SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
         ::setsockopt(client->GetFd(), SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
         peer->Write("request\n");
-        if (half_closed) peer->socket().Shutdown(SHUT_WR);
+        if (half_closed) peer->Shutdown(SHUT_WR);
         std::set<std::size_t> pending_seen;
         ASSERT_TRUE(PollUntil([&] {
             pending_seen.insert(client->GetPendingOutput());
-            peer->Read();
+            peer->Collect();
             return peer->received.size() == answer.size() && peer->ended == half_closed;
         }));
         EXPECT_EQ(peer->received, answer);
@@ -162,7 +156,8 @@ TEST_F(SocketServerTest, FailingClientIsClosedWithItsErrorAlone) {
     for (bool reset : {false, true}) {
         auto victim = Connect();
         testing::internal::CaptureStdout();
-        reset ? victim->Reset() : victim->Write("boom\n");
+        if (reset) victim->Reset();
+        else victim->Write("boom\n");
         bool closed = PollUntil([&] { return listener.Count("removed") == (reset ? 2 : 1); });
         EXPECT_EQ(testing::internal::GetCapturedStdout(),
                   reset ? "SocketClient::HandleRead(): Got exception StreamFileBase: error in "
@@ -172,7 +167,7 @@ TEST_F(SocketServerTest, FailingClientIsClosedWithItsErrorAlone) {
     }
     bystander->Write("ping\n");
     ASSERT_TRUE(PollUntil([&] {
-        bystander->Read();
+        bystander->Collect();
         return bystander->received == "ping\n";
     }));
     EXPECT_EQ(listener.Count("removed"), 2);
