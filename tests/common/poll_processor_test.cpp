@@ -5,83 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <stdexcept>
 
-#include "tests/support/process.h"
 
 namespace {
 
 void Poll(std::int32_t timeout_ms) { PollProcessor::Instance().Poll(timeout_ms); }
-
-TEST(PollProcessor, NormalisesTimeouts) {
-    struct Case { long sec, usec, want_sec, want_usec; };
-    const Case cases[] = {
-        {101, 999999, 101, 999999}, {0, 1000000, 1, 0},
-        {100, 1000001, 101, 1},     {100, 10000002, 110, 2},
-    };
-    for (const Case& c : cases) {
-        struct timeval tv = {c.sec, c.usec};
-        NormaliseTimeout(tv);
-        EXPECT_EQ(tv.tv_sec, c.want_sec) << c.sec << "," << c.usec;
-        EXPECT_EQ(tv.tv_usec, c.want_usec) << c.sec << "," << c.usec;
-    }
-}
-
-TEST(MillisecondClock, CountsSmallStepsAndOneSecondForJumps) {
-    MillisecondClock clock;
-    const std::uint32_t t0 = 1700000000;
-    EXPECT_EQ(clock.Read(t0, 250000), 1250);          // first reading lands near 1000 ms
-    EXPECT_EQ(clock.Read(t0 + 10, 250000), 11250);    // +10 s counts in full
-    EXPECT_EQ(clock.Read(t0 + 3610, 250000), 12250);  // +3600 s advances one second
-    EXPECT_EQ(clock.Read(t0 + 100, 999999), 13999);   // backwards advances one second
-
-    // Timers keep working when the readings wrap after 24.8 days.
-    const std::int32_t late = INT32_MAX - 100, wrapped = INT32_MIN + 1899;
-    EXPECT_EQ(MillisecondClock::Add(late, 2000), wrapped);
-    EXPECT_EQ(MillisecondClock::Difference(wrapped, late), 2000);
-    EXPECT_EQ(MillisecondClock::Difference(late, wrapped), -2000);
-}
-
-struct CountingTimer : PollTimer {
-    int fired = 0;
-    int rearm_ms = -1;
-    void HandleTimer() override {
-        ++fired;
-        if (rearm_ms >= 0) Start(rearm_ms);
-    }
-};
-
-TEST(PollTimer, FiresOnceWhenDueAndNotWhenDisarmed) {
-    CountingTimer timer;
-    timer.Register();
-    timer.Start(500);
-    auto begin = std::chrono::steady_clock::now();
-    ASSERT_TRUE(WaitUntil([&] {
-        Poll(2000);
-        return timer.fired > 0;
-    }));
-    auto waited = std::chrono::steady_clock::now() - begin;
-    EXPECT_EQ(timer.fired, 1);
-    EXPECT_FALSE(timer.IsArmed());
-    EXPECT_GE(waited, std::chrono::milliseconds(450));
-    EXPECT_LT(waited, std::chrono::milliseconds(1900));
-
-    timer.Start(0);
-    timer.Start(-1);
-    Poll(0);
-    EXPECT_EQ(timer.fired, 1);
-
-    timer.rearm_ms = 0;  // re-armed inside its callback: fires in the next pass
-    timer.Start(0);
-    Poll(0);
-    Poll(0);
-    EXPECT_EQ(timer.fired, 3);
-
-    timer.Unregister();
-    timer.Start(0);  // an unregistered timer cannot be started
-    EXPECT_FALSE(timer.IsArmed());
-}
 
 // One end of a socket pair, readable and writable at once; records the
 // handlers called.
@@ -120,34 +49,6 @@ TEST(PollItem, PolledOnlyWhileRegisteredWithEventsAndADescriptor) {
     silent.SetEvents(POLLIN);  // the table is rebuilt with the new events
     Poll(2000);
     EXPECT_EQ(silent.calls, "R");
-}
-
-struct CountingIdle : PollIdleHandler {
-    int calls = 0;
-    int wanted = 0;  // how many calls ask to be called again
-    bool HandleIdle() override { return ++calls <= wanted; }
-};
-
-TEST(PollIdleHandler, CalledOnQuietPassesUntilDone) {
-    CountingIdle idle;
-    idle.wanted = 2;
-    idle.Register();
-    auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < 3; ++i) Poll(2000);
-    EXPECT_EQ(idle.calls, 3);
-    // Three quiet passes with time-out 0: none of them slept.
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1500));
-
-    // Done now: the next pass sleeps until a timer wakes it, after which
-    // the handler gets its turn again.
-    CountingTimer timer;
-    timer.Register();
-    timer.Start(100);
-    ASSERT_TRUE(WaitUntil([&] {
-        Poll(2000);
-        return timer.fired > 0;
-    }));
-    EXPECT_EQ(idle.calls, 4);
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ TEST(StreamFileBase, ClosedObjectRefusesEveryOperation) {
     std::string text;
     const std::function<void()> operations[] = {
         [&] { file.Write(&byte, 1); }, [&] { file.Read(&byte, 1); }, [&] { file.Read(text); },
-        [&] { file.GetOStream(); },    [&] { file.GetIStream(); },   [&] { file.SetNonBlocking(); },
+        [&] { file.SetNonBlocking(); },
     };
     for (const auto& operation : operations)
         EXPECT_EQ(ErrorText(operation), "StreamFileBase: file is closed");
@@ -67,28 +67,4 @@ TEST(StreamFileBase, ReadIntoStringTakesAtMost4096Bytes) {
         received += out;
     }
     EXPECT_EQ(received, pending);
-}
-
-TEST(StreamFileBase, StreamsWorkOverTheDescriptorAndFlushOnClose) {
-    Pipe pipe;
-    pipe.writer.GetOStream() << "reading " << 42 << '\n';
-    EXPECT_EQ(&pipe.writer.GetOStream(), &pipe.writer.GetOStream());
-    pipe.writer.Close();  // unflushed text goes out when the stream is released
-
-    std::string word;
-    int number = 0;
-    pipe.reader.GetIStream() >> word >> number;
-    EXPECT_EQ(word, "reading");
-    EXPECT_EQ(number, 42);
-}
-
-TEST(StreamFile, OpensByPathAndCopiesIndependently) {
-    EXPECT_EQ(ErrorText([] { StreamFile file("/nonexistent/borealis", O_RDONLY); }),
-              "StreamFile: Unable to open /nonexistent/borealis: No such file or directory");
-
-    StreamFile file("/dev/null", O_RDWR);
-    StreamFile copy(file);
-    EXPECT_NE(copy.GetFd(), file.GetFd());
-    copy.Close();
-    EXPECT_EQ(file.Write("kept"), 4u);
 }

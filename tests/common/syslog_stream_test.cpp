@@ -31,14 +31,6 @@ TEST(SysLog, IdentityIsSetOnceAndNeverChanged) {
     EXPECT_EQ(log.Identity(), "borealis");
 }
 
-TEST(SysLog, LevelsMapToPriorities) {
-    const std::pair<int, int> table[] = {
-        {0, LOG_ALERT}, {1, LOG_CRIT}, {2, LOG_ERR}, {3, LOG_WARNING}, {4, LOG_NOTICE},
-        {5, LOG_INFO},  {6, LOG_DEBUG}, {7, LOG_ERR}, {-1, LOG_ERR},
-    };
-    for (auto [level, priority] : table) EXPECT_EQ(SysLog::PriorityOfLevel(level), priority) << level;
-}
-
 TEST(SyslogBuf, SendsEachCompletedLineWhole) {
     CapturedSysLog log;
     syslogbuf buffer("borealis", 3, &log);

@@ -28,8 +28,8 @@ TEST(ConfigurableDynamic, ReplacesItsChildrenFromXml) {
          "<val>1</val><val>2</val><val>4</val>"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(Process(tree.L, c.request), c.answer) << c.request;
-        EXPECT_EQ(Process(tree.L, "<L><dyn>&query_item;</dyn></L>"), c.list) << c.request;
+        EXPECT_EQ(Ask(tree.L, c.request), c.answer) << c.request;
+        EXPECT_EQ(Ask(tree.L, "<L><dyn>&query_item;</dyn></L>"), c.list) << c.request;
     }
 }
 
@@ -48,33 +48,11 @@ TEST(ConfigurableDynamic, AddAndClearMarkTheList) {
     EXPECT_FALSE(tree.L.has_changed());
 }
 
-TEST(ConfigurableDynamic, AssignmentCopiesFlagsOrReplacesChildren) {
-    ConfigurableCompositeDynamic<TestFloat> target{"dyn"}, source{"dyn"};
-    target.add_child(new TestFloat("a", 1));
-    source.add_child(new TestFloat("b", 1));
-    target.set_changed(false);
-    const TestFloat* kept = &target.at(0);
-    source.set_persistent(false);
-    target = source;  // pairwise equal: only the flags are copied
-    EXPECT_EQ(&target.at(0), kept);
-    EXPECT_EQ(Process(target, "<dyn>&query_item;</dyn>"), "<a>1</a>");
-    EXPECT_FALSE(target.is_persistent());
-    EXPECT_TRUE(target.has_changed());
-
-    target.set_changed(false);
-    source.at(0).set(2);
-    source.add_child(new TestFloat("c", 3));
-    target = source;
-    EXPECT_EQ(Process(target, "<dyn>&query_item;</dyn>"), "<b>2</b><c>3</c>");
-    EXPECT_EQ(target.at(1).parent(), &target);
-    EXPECT_TRUE(target.has_changed());
-}
-
 TEST(ConfigurableDynamic, DropsAChildThatThrows) {
     TestTree tree;
     tree.L.set_throw_errors(true);
-    Process(tree.L, "<L><dyn><v>1</v></dyn></L>");
-    EXPECT_EQ(ErrorText([&] { Process(tree.L, "<L><dyn><v>2</v><v>x</v></dyn></L>"); }),
+    Ask(tree.L, "<L><dyn><v>1</v></dyn></L>");
+    EXPECT_EQ(ErrorText([&] { Ask(tree.L, "<L><dyn><v>2</v><v>x</v></dyn></L>"); }),
               "XML error in item \"v\": unable to read float");
     ASSERT_EQ(tree.dyn.children().size(), 1u);
     EXPECT_EQ(tree.dyn.at(0).value(), 2);

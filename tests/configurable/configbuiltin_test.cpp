@@ -1,12 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <type_traits>
-
 #include "configurable/config_time.h"
 #include "configurable/configbuiltin.h"
 #include "tests/configurable/test_tree.h"
-#include "tests/support/error_text.h"
 
 namespace {
 
@@ -78,22 +74,9 @@ TEST(ConfigurableValues, ReadAndWriteTheirTextForms) {
         {"<L><at>2147483648:00&query_item;</at></L>",
          "<Error Param=\"at\">unable to read time (should be HH:MM)\n</Error>"},
     };
-    for (const Exchange& x : exchanges) EXPECT_EQ(Process(leaves.L, x.request), x.answer) << x.request;
+    for (const Exchange& x : exchanges) EXPECT_EQ(Ask(leaves.L, x.request), x.answer) << x.request;
     EXPECT_EQ(leaves.lunch.value(), 5);
     EXPECT_EQ(leaves.at.value().get(), 90000.0);  // 25:00, not wrapped to a time of day
-}
-
-TEST(ConfigurableValues, DescribeTheirTypes) {
-    Leaves leaves;
-    ConfigurableInteger floor{"floor", 1, 0};
-    leaves.L.add_child(&floor);
-    EXPECT_EQ(Process(leaves.L, "&query_doctype_item;"),
-              "<L><free>{float:0.1234}</free><bounded>{float:0;-5.5...5.5}</bounded>"
-              "<count>{integer:3;-10...10}</count><wide>{integer:7}</wide>"
-              "<flag>{true|false}</flag><text>{string}</text><shown>{string}</shown>"
-              "<lunch>{apple|banana|orange|grapes|tire|translate&lt;&gt;&amp;&apos;&quot;}</lunch>"
-              "<when>{YYYY-MM-DD HH:MM:SS.SS}</when><at>{HH:MM}</at>"
-              "<floor>{integer:1;0...2147483647}</floor></L>");
 }
 
 // Assigning the value a leaf holds (after clamping) marks nothing; another
@@ -102,10 +85,10 @@ TEST(ConfigurableValues, MarkChangedOnlyOnARealChange) {
     Leaves leaves;
     const auto changes_after = [&leaves](const char* request) {
         leaves.L.set_changed(false);
-        Process(leaves.L, request);
-        return Process(leaves.L, "&query_changes_item;");
+        Ask(leaves.L, request);
+        return Ask(leaves.L, "&query_changes_item;");
     };
-    Process(leaves.L, "<L><bounded>9</bounded><count>99</count></L>");  // clamped to 5.5 and 10
+    Ask(leaves.L, "<L><bounded>9</bounded><count>99</count></L>");  // clamped to 5.5 and 10
     EXPECT_EQ(changes_after("<L><free>0.1234</free><bounded>7</bounded><count>11</count>"
                             "<wide>7</wide><flag>false</flag><text>hello</text><lunch>apple</lunch>"
                             "<when>1989-01-01 00:00</when><at>01:00</at></L>"),
@@ -121,22 +104,9 @@ TEST(ConfigurableValues, MarkChangedOnlyOnARealChange) {
                                  ""}) {
         leaves.L.set_changed(false);
         leaves.L.set_default();
-        EXPECT_EQ(Process(leaves.L, "&query_changes_item;"), restored);
+        EXPECT_EQ(Ask(leaves.L, "&query_changes_item;"), restored);
     }
 }
-
-TEST(ConfigurableValues, StrictFloatRejectsOnlyNaN) {
-    ConfigurableFloat strict{"strict", 0, -1, 1, true};
-    strict.set(7);
-    EXPECT_EQ(strict.value(), 1);
-    EXPECT_EQ(ErrorText([&] { strict.set(std::nanf("")); }), "ConfigurableFloat: range error");
-}
-
-// The options are kept by address: a choice cannot be built on a temporary list.
-static_assert(!std::is_constructible_v<ConfigurableMultipleChoice, std::string,
-                                       std::vector<std::string>, int>);
-static_assert(std::is_constructible_v<ConfigurableMultipleChoice, std::string,
-                                      const std::vector<std::string>&, int>);
 
 // The attribute set of dog, one request after the other.
 TEST(ConfigurableAttributes, AnswerInStartTagsAndValues) {
@@ -161,19 +131,7 @@ TEST(ConfigurableAttributes, AnswerInStartTagsAndValues) {
         {"<L><dog pitch=\"&query_doctype_item;\"/></L>", "{float}"},
         {"<L><dog>&query_doctype;</dog></L>", "<L><dog pitch=\"{float}\" sticky>{float}</dog></L>"},
     };
-    for (const Exchange& x : exchanges) EXPECT_EQ(Process(tree.L, x.request), x.answer) << x.request;
-}
-
-// A change answer carries every present attribute, changed or not.
-TEST(ConfigurableAttributes, ChangeAnswerCarriesEveryPresentAttribute) {
-    TestTree tree;
-    tree.sticky.set_persistent(true);
-    tree.pitch.set_changed(true);
-    EXPECT_EQ(Process(tree.L, "&query_changes;"), "<L><dog pitch=\"11.22\" sticky>88.11</dog></L>");
-    tree.pitch.set_persistent(false);
-    tree.L.set_changed(false);
-    tree.sticky.set_changed(true);
-    EXPECT_EQ(Process(tree.L, "&query_changes;"), "<L><dog sticky>88.11</dog></L>");
+    for (const Exchange& x : exchanges) EXPECT_EQ(Ask(tree.L, x.request), x.answer) << x.request;
 }
 
 }  // namespace

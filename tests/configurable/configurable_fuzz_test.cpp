@@ -38,8 +38,8 @@ TEST(ConfigurableSmoke, SurvivesMutatedRequests) {
     std::mt19937 random(20121123);
     for (std::size_t i = 0; i < 1000; ++i) {
         const std::string text = Mutate(SESSION[i % std::size(SESSION)].request, random);
-        EXPECT_EQ(ErrorText([&] { Process(answering.L, text); }), "") << text;
-        const std::string error = ErrorText([&] { Process(throwing.L, text); });
+        EXPECT_EQ(ErrorText([&] { Ask(answering.L, text); }), "") << text;
+        const std::string error = ErrorText([&] { Ask(throwing.L, text); });
         EXPECT_TRUE(error.empty() || error.rfind("XML error in item \"", 0) == 0)
             << error << " on: " << text;
     }

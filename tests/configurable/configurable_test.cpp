@@ -12,47 +12,27 @@ TEST(Configurable, AnswersASessionOfRequests) {
     int step = 0;
     for (const SessionStep& s : SESSION) {
         if (s.clearFirst) tree.L.set_changed(false);
-        EXPECT_EQ(Process(tree.L, s.request), s.answer) << "step " << step << ": " << s.request;
+        EXPECT_EQ(Ask(tree.L, s.request), s.answer) << "step " << step << ": " << s.request;
         ++step;
     }
 }
 
-// Every same-named child reads the element from its start, composites
-// included; a hidden one skips it from its start too, so the sibling after
-// the element is still read.
-TEST(ConfigurableComposite, SameNamedChildrenEachReadTheElement) {
-    ConfigurableComposite L{"L"}, d1{"d"}, d2{"d"};
-    TestFloat v1{"v"}, v2{"v"}, x{"x"}, hidden{"x"}, y{"y"};
-    d1.add_child(&v1);
-    d2.add_child(&v2);
-    for (Configurable* child : std::vector<Configurable*>{&d1, &d2, &x, &hidden, &y}) {
-        L.add_child(child);
-    }
-    hidden.set_persistent(false);
-    Process(L, "<L><d><v>5</v></d><x>6</x><y>7</y></L>");
-    EXPECT_EQ(Process(L, "<L>&query_item;</L>"),
-              "<d><v>5</v></d><d><v>5</v></d><x>6</x><y>7</y>");
+// A hidden child skips its element from its start, so that what follows the
+// element is still read. (No composite of the instrument document has two
+// children of one name; the session shows leaves of one name.)
+TEST(ConfigurableComposite, HiddenChildSkipsItsElement) {
+    TestTree tree;
+    EXPECT_EQ(Ask(tree.L, "<L><d><GG>5</GG><f>8</f></d><c>&query_item;</c></L>"), "43.21");
+    EXPECT_FLOAT_EQ(tree.GG.value(), 7);
+    EXPECT_FLOAT_EQ(tree.f.value(), 8);
 }
 
 TEST(Configurable, ThrowsErrorsWhenAsked) {
     TestTree tree;
     tree.L.set_throw_errors(true);
-    EXPECT_EQ(ErrorText([&] { Process(tree.L, "<L><a>qwerty</a><b>2.1</b></L>"); }),
+    EXPECT_EQ(ErrorText([&] { Ask(tree.L, "<L><a>qwerty</a><b>2.1</b></L>"); }),
               "XML error in item \"a\": unable to read float");
     EXPECT_FLOAT_EQ(tree.b.value(), 0.1234f);
-    // Attributes added later take the flag too.
-    EXPECT_EQ(ErrorText([&] { Process(tree.L, "<L><dog pitch=\"x\"/></L>"); }),
-              "XML error in item \"pitch\": unable to read float");
-}
-
-TEST(Configurable, ProcessFailsTheStreamOnBadDocuments) {
-    TestTree tree;
-    for (const char* bad : {"<attic/>", "<L></a>", "> <L/>", "<L><a>junk</a></L>"}) {
-        std::istringstream in(bad);
-        std::ostringstream out;
-        tree.L.process(in, out);
-        EXPECT_EQ(in.fail(), std::string(bad) != "<L><a>junk</a></L>") << bad;
-    }
 }
 
 // The names of the tree's nodes that are marked changed.
@@ -78,43 +58,6 @@ TEST(Configurable, ChangeMarksSpreadUpAndClearDown) {
     tree.GG.set_changed(true);
     tree.L.set_changed(false);
     EXPECT_EQ(Changed(tree), "");
-}
-
-TEST(Configurable, WritesDocumentsIndentedUnlessCompact) {
-    TestTree tree;
-    std::ostringstream indented;
-    indented << tree.c;
-    EXPECT_EQ(indented.str(), "\n<L>\n\t<c>\n\t\t43.21\n\t</c>\n</L>");
-
-    std::ostringstream compact;
-    Configurable::set_compact(compact);
-    write_changes(compact, tree.L);
-    EXPECT_EQ(compact.str(), "");
-    tree.f.set_changed(true);
-    write_changes(compact, tree.L);
-    write_type_description(compact, tree.f);
-    EXPECT_EQ(compact.str(), "<L><d><f>6.5</f></d></L><L><d><f>{float}</f></d></L>");
-}
-
-class RecordingObserver : public ConfigurableObserver {
-public:
-    void on_changed(const ConfigurableEvent& e) override { log += "changed " + e.configurable()->name() + ";"; }
-    void on_read_begin(const ConfigurableEvent&) override { log += "begin;"; }
-    void on_read_end(const ConfigurableEvent&) override { log += "end;"; }
-    void on_read_text(const ConfigurableEvent&, const std::string& text, std::ostream&) override {
-        log += "text " + text + ";";
-    }
-    void on_write_begin(const ConfigurableEvent&) override { log += "write;"; }
-    void on_write_end(const ConfigurableEvent&) override { log += "written;"; }
-    std::string log;
-};
-
-TEST(Configurable, TellsTheObserver) {
-    TestTree tree;
-    RecordingObserver observer;
-    tree.c.set_observer(&observer);
-    Process(tree.L, "<L><c>5&query;</c></L>");
-    EXPECT_EQ(observer.log, "begin;text 5&query;;changed c;write;written;end;");
 }
 
 }  // namespace

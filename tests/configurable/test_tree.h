@@ -1,13 +1,13 @@
 #ifndef TESTS_CONFIGURABLE_TEST_TREE_H
 #define TESTS_CONFIGURABLE_TEST_TREE_H
 
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "configurable/config_dynamic.h"
 #include "configurable/configbuiltin.h"
 #include "configurable/configurable.h"
+#include "tests/support/ask.h"
 
 // The smallest float leaf: reads with >>, writes with <<, type "float".
 class TestFloat : public Configurable {
@@ -79,14 +79,5 @@ struct TestTree {
         L.set_changed(false);
     }
 };
-
-// Reads one request into `root` and returns the compact answer.
-inline std::string Process(Configurable& root, const std::string& request) {
-    std::istringstream in(request);
-    std::ostringstream out;
-    Configurable::set_compact(out);
-    root.process(in, out);
-    return out.str();
-}
 
 #endif

@@ -101,9 +101,11 @@ TEST_F(BorealisProcess, SecondStartFailsAndLeavesTheFirstWithItsPidFile) {
 
 TEST_F(BorealisProcess, ControlOptionsSignalTheDaemonOrFindItsPidFileMissing) {
     auto daemon = StartForeground();
+    const std::string content = root.ReadFile(kPidFile);
     EXPECT_EQ(Run({"-r"}), 0);  // the daemon rereads and serves on
     EXPECT_TRUE(WaitForGreeting(port));
     EXPECT_EQ(daemon->Wait(std::chrono::milliseconds(0)), -1);
+    EXPECT_EQ(root.ReadFile(kPidFile), content) << "a control invocation removes nothing";
     EXPECT_EQ(Run({"-k"}), 0);
     EXPECT_EQ(daemon->Wait(), 0);
     EXPECT_NE(daemon->Output().find("Exiting...\n"), std::string::npos);

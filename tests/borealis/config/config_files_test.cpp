@@ -34,9 +34,6 @@ TEST_F(ConfigFilesTest, EachFileHoldsItsShareOnly) {
         EXPECT_NE(vela.find(present), std::string::npos) << present;
     EXPECT_EQ(root.ReadFile("/etc/factory.conf").find("<cmd>"), std::string::npos);
     EXPECT_EQ(root.ReadFile("/etc/cal.conf").rfind("\n<norvance>\n\t<vela>\n\t\t<cal>", 0), 0u);
-    EXPECT_TRUE(Ask(doc, "<norvance><vela><cfg><clock>&query_item;</clock></cfg></vela></norvance>")
-                    .find("<zone>") != std::string::npos)
-        << "the left-out elements are part of the document again";
 }
 
 TEST_F(ConfigFilesTest, LoadsRestoreWhatWasSavedAndResetWhatIsMissing) {
@@ -85,9 +82,6 @@ TEST(CalibrationArithmetic, MeansExpectedDensityAndSpan) {
         recent[i].values[DSPDataRecord::TEMP] = 25;
         recent[i].values[DSPDataRecord::PRESSURE] = 101;
     }
-    EXPECT_FLOAT_EQ(MeanValue(recent, DSPDataRecord::CH4D), 0.25f);
-    // 2 ppm at 25 degC and 101 kPa: 202 / (8.314 x 298.15).
-    EXPECT_NEAR(ExpectedDensity(2, 25, 101), 0.081491, 1e-6);
 
     TempRoot root;
     SimPlatform platform(root.path(), 4410);
@@ -95,6 +89,9 @@ TEST(CalibrationArithmetic, MeansExpectedDensityAndSpan) {
     ConfigFiles files(doc, platform);
     Calibration calibration(doc, files);
     EXPECT_FLOAT_EQ(calibration.Zero(recent), 0.25f);
+    // 2 ppm at 25 degC and 101 kPa is 202 / (8.314 x 298.15) = 0.081491
+    // expected, over the mean 0.25 less the working zero 0.05, over the
+    // correction factor 0.9986.
     const float span = calibration.Span(2, recent, 0.05f);
     EXPECT_NEAR(span, 0.081491 / 0.2 / 0.9986, 1e-5);
     const std::string history =

@@ -18,14 +18,12 @@ namespace {
 // proportional term free to remove the phase error.
 const double kPpmPerStep = 0.01;
 
-struct Period {
-    double hours;
-    std::int32_t min_drift;
-    std::uint32_t register_value;
-};
+// The register value that cancels the drift.
+double Ideal(double drift_ppm) { return 32768 + drift_ppm / kPpmPerStep; }
 
 struct ServoRun {
-    std::vector<Period> periods;
+    double unsettled_until = 0;  // hours: the last period not settled
+    double late_register = 0;    // the mean register value from `late_from` on
     int acquisitions = 0;
     std::string output;
 };
@@ -33,8 +31,10 @@ struct ServoRun {
 // A processor whose millisecond tick runs `drift_ppm` fast and is trimmed by
 // the register; it sends a synchronisation message every 1000 ticks (and a
 // data record just before it), which arrives 20 us plus an exponential delay
-// of mean 50 us later. Its counter starts 30 minutes before it wraps.
-ServoRun RunServo(double drift_ppm, double hours) {
+// of mean 50 us later. Its counter starts 30 minutes before it wraps. A
+// period is settled when its smallest drift is within 250 us and the
+// register within 40 steps (0.4 ppm) of the ideal value.
+ServoRun RunServo(double drift_ppm, double hours, double late_from) {
     const std::uint32_t start_ticks = 4294967296ull - 1800000 + 10;
     const double epoch = 1700000000.0;
     std::mt19937 random(4410);
@@ -44,7 +44,7 @@ ServoRun RunServo(double drift_ppm, double hours) {
     CaptureStdout out;
     DataClock clock;
     std::uint32_t register_value = 32768;
-    double true_seconds = 0;
+    double true_seconds = 0, late_periods = 0;
     bool was_valid = true;
     for (std::uint32_t sent = 1; true_seconds < hours * 3600; ++sent) {
         const double ppm = drift_ppm - kPpmPerStep * (static_cast<double>(register_value) - 32768);
@@ -62,34 +62,25 @@ ServoRun RunServo(double drift_ppm, double hours) {
         was_valid = clock.Valid();
         if (!corrected) continue;
         register_value = ClockYzRegisterValue(correction);
-        run.periods.push_back({true_seconds / 3600, clock.LastMinDrift(), register_value});
+        if (std::abs(clock.LastMinDrift()) > 250000 || std::abs(register_value - Ideal(drift_ppm)) > 40)
+            run.unsettled_until = true_seconds / 3600;
+        if (true_seconds >= late_from * 3600) {
+            run.late_register += register_value;
+            ++late_periods;
+        }
     }
+    run.late_register /= late_periods;
     run.output = out.Text();
     return run;
 }
 
 TEST(DataClockServo, SettlesOnADriftingProcessor) {
-    const double kHours = 12, kSettledFrom = 6;
     for (double drift_ppm : {50.0, -50.0, 0.0}) {
         SCOPED_TRACE(drift_ppm);
-        const ServoRun run = RunServo(drift_ppm, kHours);
-        const double ideal = 32768 + drift_ppm / kPpmPerStep;
-        // Settled: the period's smallest drift within 250 us and the
-        // register within 40 steps (0.4 ppm) of the value that cancels the drift.
-        double settled = 0, mean_register = 0, count = 0;
-        for (const Period& p : run.periods) {
-            if (std::abs(p.min_drift) > 250000 || std::abs(p.register_value - ideal) > 40)
-                settled = p.hours;
-            if (p.hours >= kSettledFrom) {
-                mean_register += p.register_value;
-                ++count;
-            }
-        }
-        mean_register /= count;
-
+        const ServoRun run = RunServo(drift_ppm, 12, 6);
         EXPECT_EQ(1, run.acquisitions);  // the counter's wrap included
-        EXPECT_LT(settled, kSettledFrom);
-        EXPECT_LT(std::abs(mean_register - ideal), 3);
+        EXPECT_LT(run.unsettled_until, 6);
+        EXPECT_LT(std::abs(run.late_register - Ideal(drift_ppm)), 3);
         EXPECT_EQ("Sync(): Tick rollover\nSetTicks(): Tick rollover\n", run.output);
     }
 }

@@ -13,17 +13,11 @@ class RecordingListener : public DSPDevice::Listener {
 public:
     std::vector<std::string> events;
 
-    void GotMessage(std::uint32_t s, std::uint32_t ns, std::uint16_t cmd, const std::uint16_t*,
-                    std::size_t length) override {
-        Add("msg " + std::to_string(cmd) + " len " + std::to_string(length) + " at " +
-            std::to_string(s) + "." + std::to_string(ns));
-    }
     void GotUnknownMessage(std::uint32_t, std::uint32_t, std::uint16_t cmd,
                            const std::uint16_t* words, std::size_t length) override {
         Add("unknown " + std::to_string(cmd) + Words(words, length));
     }
     void GotBadCommand(std::uint32_t, std::uint32_t, const std::string& t) override { Add("bad " + t); }
-    void GotInitMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("init " + t); }
     void GotDSPMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("dsp " + t); }
     void GotFatalMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("fatal " + t); }
     void GotPong(std::uint32_t, std::uint32_t) override { Add("pong"); }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <string>
 #include <vector>
 
 #include "borealis/config/config_cfg.h"
@@ -34,24 +33,6 @@ TEST(DataPipeline, AveragesTheNewestRecordsAndKeepsForty) {
     ASSERT_EQ(40u, pipeline.Recent().size());
     EXPECT_EQ(190, pipeline.Recent().front().values[DSPDataRecord::PRESSURE]);  // scaled, not averaged
     EXPECT_EQ(6, pipeline.Recent().back().values[DSPDataRecord::CH4D]);
-}
-
-TEST(DataPipeline, DecimatesToTheRateAndPassesANewSecond) {
-    DataPipeline pipeline;
-    pipeline.SetRate(3);
-    EXPECT_EQ(13u, pipeline.AverageCount());
-    pipeline.SetRate(8);
-    std::string passed;  // N: a line opening a new second, P: another line, -: dropped
-    for (std::int32_t second : {100, 100, 100, 100, 100, 100, 100, 101, 101}) {
-        passed += !pipeline.Decimate(second) ? '-' : pipeline.EnterSecond(second) ? 'N' : 'P';
-    }
-    EXPECT_EQ("N----P-N-", passed);
-    // At rate 0 every record passes, but only a requested one makes a line.
-    pipeline.SetRate(0);
-    EXPECT_TRUE(pipeline.Decimate(101) && !pipeline.DataLineDue());
-    pipeline.RequestNextData();
-    EXPECT_TRUE(pipeline.DataLineDue());
-    EXPECT_FALSE(pipeline.DataLineDue());
 }
 
 TEST(ConvertAux, ConvertsByInputType) {

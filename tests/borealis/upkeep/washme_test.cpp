@@ -1,12 +1,9 @@
 #include "borealis/upkeep/washme.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
-#include <cstring>
-#include <deque>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -15,6 +12,7 @@
 
 #include "borealis/platform/linux_platform.h"
 #include "borealis/platform/sim_platform.h"
+#include "common/socket.h"
 #include "tests/support/capture_stdout.h"
 #include "tests/support/error_text.h"
 #include "tests/support/process.h"
@@ -24,28 +22,23 @@ namespace {
 
 using Packets = std::vector<std::string>;
 
-// The device's far end under a simulated root: a thread accepts the daemon's
-// connection, keeps every command packet and answers the status reads with
-// `answers` in turn (an empty one: no answer). It ends when the daemon closes
-// its end.
+// The device's far end under a simulated root. Serve() takes the daemon's
+// connection to a thread that keeps every command packet and answers the
+// status reads with `answers` in turn (an empty one: no answer), until the
+// daemon closes its end.
 class DevicePeer {
 public:
-    DevicePeer(const std::string& path, const Packets& answers)
-        : listener_(::socket(AF_UNIX, SOCK_SEQPACKET, 0)), answers_(answers.begin(), answers.end()) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-        if (::bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-            ::listen(listener_, 1) != 0)
-            ADD_FAILURE() << "cannot listen at " << path;
-        thread_ = std::thread([this] { Serve(::accept(listener_, nullptr, nullptr)); });
+    explicit DevicePeer(const std::string& path) {
+        listening_.Bind(SocketAddress(path));
+        listening_.Listen(1);
     }
     ~DevicePeer() {
-        ::shutdown(listener_, SHUT_RDWR);  // ends a wait for a daemon that never came
-        thread_.join();
-        ::close(listener_);
+        if (thread_.joinable()) thread_.join();
     }
-
+    void Serve(const Packets& answers) {
+        connection_.emplace(listening_.Accept());
+        thread_ = std::thread([this, answers] { Run(answers); });
+    }
     // The command packets, once `count` of them came (or the deadline passed).
     Packets Received(std::size_t count) {
         WaitUntil([&] {
@@ -57,24 +50,22 @@ public:
     }
 
 private:
-    void Serve(int connection) {
+    void Run(const Packets& answers) {
+        auto answer = answers.begin();
         char buffer[256];
-        ssize_t size;
-        while (connection >= 0 && (size = ::recv(connection, buffer, sizeof buffer, 0)) > 0) {
+        for (ssize_t size; (size = ::recv(connection_->GetFd(), buffer, sizeof buffer, 0)) > 0;) {
             if (std::string(buffer, size) != "?") {
                 std::lock_guard<std::mutex> lock(mutex_);
                 packets_.emplace_back(buffer, size);
-            } else if (!answers_.empty()) {
-                if (!answers_.front().empty())
-                    ::send(connection, answers_.front().data(), answers_.front().size(), 0);
-                answers_.pop_front();
+            } else if (answer != answers.end()) {
+                const std::string& text = *answer++;
+                if (!text.empty()) ::send(connection_->GetFd(), text.data(), text.size(), 0);
             }
         }
-        if (connection >= 0) ::close(connection);
     }
 
-    int listener_;
-    std::deque<std::string> answers_;  // the peer thread's own
+    Socket listening_{AF_UNIX, SOCK_SEQPACKET, 0};
+    std::optional<Socket> connection_;
     std::mutex mutex_;
     Packets packets_;
     std::thread thread_;
@@ -82,9 +73,11 @@ private:
 
 class WashMeTest : public testing::Test {
 protected:
+    WashMeTest() { peer.Serve({"123\n", "-1\n", "-32000\n", ""}); }
+
     const int kAuto = 0;
     TempRoot root;
-    DevicePeer peer{root / "/dev/mirror4410", {"123\n", "-1\n", "-32000\n", ""}};
+    DevicePeer peer{root / "/dev/mirror4410"};
     SimPlatform platform{root.path(), 4410};
     WashMe washme{platform, "/dev/mirror4410"};
 };
