@@ -11,7 +11,7 @@
 #include "borealis/discovery/service_advertisement.h"
 #include "borealis/platform/sim_platform.h"
 #include "borealis/system/interface_status.h"
-#include "tests/borealis/discovery/mdns_lab.h"
+#include "tests/e2e/mdns_lab.h"
 #include "tests/support/error_text.h"
 #include "tests/support/pump.h"
 

@@ -1,5 +1,5 @@
-#ifndef TESTS_BOREALIS_DISCOVERY_MDNS_LAB_H
-#define TESTS_BOREALIS_DISCOVERY_MDNS_LAB_H
+#ifndef TESTS_E2E_MDNS_LAB_H
+#define TESTS_E2E_MDNS_LAB_H
 
 // A real mDNS responder for tests, and clients of it in processes of their
 // own.
