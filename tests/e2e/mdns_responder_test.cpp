@@ -1,18 +1,22 @@
-// The discovery client and the advertisement against a real avahi-daemon in
-// a private network namespace (see mdns_lab.h for the set-up, and how to
-// make it by hand). The lab needs root; elsewhere those tests skip, saying
-// why.
+// The analyzer's announcement and the discovery client against a real
+// avahi-daemon in a private network namespace (see mdns_lab.h for the
+// set-up, and how to make it by hand). The lab needs root; elsewhere those
+// tests skip, saying why.
 
 #include <gtest/gtest.h>
 #include <net/if.h>
+#include <signal.h>
+#include <unistd.h>
 
 #include "borealis/discovery/bonjour_client.h"
 #include "borealis/discovery/bonjour_resolver.h"
 #include "borealis/discovery/service_advertisement.h"
 #include "borealis/platform/sim_platform.h"
 #include "borealis/system/interface_status.h"
-#include "tests/borealis/discovery/mdns_lab.h"
+#include "tests/e2e/mdns_lab.h"
+#include "tests/support/analyzer.h"
 #include "tests/support/error_text.h"
+#include "tests/support/line_client.h"
 #include "tests/support/pump.h"
 
 namespace {
@@ -87,52 +91,79 @@ TEST(BonjourClient, HoldsOneHundredOperationsUntilReset) {
             client.Browse(kType, "local");
             client.Reset();
         }
+        // The freed pool takes a registration, which the responder confirms.
+        client.Register("vela", kType, "local", 4410, {});
+        PumpUntil([&] { return listener.registered; });
     });
     const std::string refusals = std::string("error Unable to register service: vela: Out of resources\n") +
                                  "error Unable to browse for service: " + kType + ": Out of resources\n";
-    EXPECT_EQ(child.Transcript(), refusals + refusals);
+    EXPECT_EQ(child.Transcript(), refusals + refusals + "registered vela _norvance-vela._tcp. local.\n");
 }
 
-// The analyzer's announcement as a browsing program sees it, through avahi's
-// own browser and through BonjourClient's browse and resolver; Reset
-// withdraws it.
-TEST(ServiceAdvertisement, IsFoundByBrowsingARealResponder) {
+// The daemon in the lab, on the simulated analyzer, as a browsing program
+// sees it: named after the host, on the daemon's port, with the analyzer's
+// identity in the TXT record; SIGUSR1 withdraws it and announces it again.
+TEST(DaemonAdvertisement, AnnouncesTheAnalyzerAndRenewsItAtEveryConfigurationRead) {
     MdnsLab lab;
     if (const std::string why = lab.Start(); !why.empty()) GTEST_SKIP() << why;
     TempRoot root;
-    ClientChild child(lab.BusAddress(), {lab.Namespace("net"), lab.Namespace("uts")}, [&](ClientChild& self) {
-        TellingListener listener(self);
-        BonjourClient client(&listener);
-        // The lab's link plays the analyzer's bridge.
-        ServiceAdvertisement(client, SimPlatform(root.path(), 14410, MdnsLab::kInterface))
-            .Advertise("1.2.7 (2010-05-14 09:00)", "1234");
-        if (!PumpUntil([&] { return listener.registered; })) return self.Say("not registered");
+    root.WriteFile("/etc/factory.conf",
+                   "<norvance><vela><factory><serialnumber>ch4-0042</serialnumber></factory></vela></norvance>\n");
+    auto sim = lab.Run({VelaSimExecutable(), "--root", root.path()});
+    const std::string ready = "vela-sim: ready " + root.path() + "\n";
+    ASSERT_TRUE(WaitUntil([&] { return sim->Output().find(ready) != std::string::npos; })) << sim->Output();
+    const unsigned short port = UniqueTestPort();
+    std::vector<std::string> environment = DaemonEnvironment(root, port);
+    environment.push_back(std::string("BOREALIS_NETIF=") + MdnsLab::kInterface);  // plays the bridge
+    auto daemon = lab.Run({BorealisExecutable()}, environment);
+    const pid_t daemon_pid = daemon->pid();
 
+    ClientChild child(lab.BusAddress(), {lab.Namespace("net"), lab.Namespace("uts")}, [&](ClientChild& self) {
         BonjourResolver resolver;
         BonjourClient browser(&resolver);
         browser.Browse(kType, "local");
-        auto found = [&] { return resolver.Find(GetHostName()); };
-        if (!PumpUntil([&] { return found() && found()->addresses.size() == 2; }))
-            return self.Say("not resolved");
-        self.Say("resolved " + Describe(*found()));
-        self.Say(MdnsLab::Browse(kType));
+        auto resolved = [&](const std::string& name) {
+            const auto host = resolver.Find(name);
+            return host && host->addresses.size() == 2;
+        };
+        if (!PumpUntil([&] { return resolved(MdnsLab::kHostName); })) return self.Say("not resolved");
+        self.Say("resolved " + Describe(*resolver.Find(MdnsLab::kHostName)));
 
-        client.Reset();
-        if (PumpUntil([&] { return !found(); })) self.Say("withdrawn");
+        // An announcement that comes back under the same name within the
+        // second its withdrawal leaves it looks to a browser as if it never
+        // left; under a new host name both the withdrawal and the new
+        // announcement show.
+        ::sethostname("vela-0043", 9);
+        ::kill(daemon_pid, SIGUSR1);
+        PumpUntil([&] { return !resolver.Find(MdnsLab::kHostName) && resolved("vela-0043"); });
+        std::string names;
+        for (const auto& host : resolver.Hosts()) names += " " + host->name;
+        self.Say("after SIGUSR1:" + names);
     });
-    // avahi-browse lists the strings of a TXT record last first.
+    // The simulator's CPLD identifies itself as 1.3.12, built 2021-06-15 at
+    // 10:00; the responder answers for the addresses under its own name.
     EXPECT_EQ(child.Transcript(),
-              "registered vela-0042 _norvance-vela._tcp. local.\n"
-              "resolved vela-0042 _norvance-vela._tcp. local. on v0 at vela-0042.local. port 14410: "
-              "10.77.0.1 fe80::ff:fe4c:1001%v0 [company=Norvance Instruments] "
-              "[cpld=1.2.7 (2010-05-14 09:00)] [macaddress=02:00:00:4c:10:01] [model=VELA] [sn=1234] "
-              "[type=Borealis Analyzer] [ver=1.0.14]\n"
-              "+;v0;IPv4;vela-0042;_norvance-vela._tcp;local\n"
-              "=;v0;IPv4;vela-0042;_norvance-vela._tcp;local;vela-0042.local;10.77.0.1;14410;"
-              "\"ver=1.0.14\" \"type=Borealis Analyzer\" \"sn=1234\" \"model=VELA\" "
-              "\"macaddress=02:00:00:4c:10:01\" \"cpld=1.2.7 (2010-05-14 09:00)\" "
-              "\"company=Norvance Instruments\"\n\n"
-              "withdrawn\n");
+              "resolved vela-0042 _norvance-vela._tcp. local. on v0 at vela-0042.local. port " +
+                  std::to_string(port) +
+                  ": 10.77.0.1 fe80::ff:fe4c:1001%v0 [company=Norvance Instruments] "
+                  "[cpld=1.3.12 (2021-06-15 10:00)] [macaddress=02:00:00:4c:10:01] [model=VELA] [sn=ch4-0042] "
+                  "[type=Borealis Analyzer] [ver=1.0.14]\n"
+                  "after SIGUSR1: vela-0043\n")
+        << daemon->Output();
+}
+
+// With no responder to reach, the registration fails and the daemon serves
+// all the same.
+TEST(DaemonAdvertisement, WithoutAResponderTheDaemonRunsUnannounced) {
+    TempRoot root;
+    SimulatedAnalyzer sim(root);
+    const unsigned short port = UniqueTestPort();
+    std::vector<std::string> environment = DaemonEnvironment(root, port);
+    environment.push_back("DBUS_SYSTEM_BUS_ADDRESS=unix:path=" + root / "/no-bus");
+    ChildProcess daemon(BorealisExecutable(), {}, environment);
+    EXPECT_TRUE(WaitForGreeting(port)) << daemon.Output();
+    daemon.Signal(SIGINT);
+    EXPECT_EQ(daemon.Wait(), 0) << daemon.Output();
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-#ifndef TESTS_BOREALIS_DISCOVERY_MDNS_LAB_H
-#define TESTS_BOREALIS_DISCOVERY_MDNS_LAB_H
+#ifndef TESTS_E2E_MDNS_LAB_H
+#define TESTS_E2E_MDNS_LAB_H
 
 // A real mDNS responder for tests, and clients of it in processes of their
 // own.
@@ -19,6 +19,10 @@
 //   export DBUS_SYSTEM_BUS_ADDRESS=unix:path=DIR/bus
 //   nsenter -t PID -n -m -u -- avahi-daemon -f DIR/avahi.conf --no-drop-root --no-chroot --no-rlimits &
 //   nsenter -t PID -n -u -- avahi-browse -rpt _norvance-vela._tcp
+//
+// and the analyzer inside it, after `vela-sim --root R &`:
+//
+//   BOREALIS_ROOT=R BOREALIS_NETIF=v0 nsenter -t PID -n -u -- borealis
 //
 // with the two configuration files written below. In the tests every process
 // of the lab dies with the test process (parent-death signal), and the
@@ -74,8 +78,7 @@ public:
         return "the mDNS lab runs host programs, not under user-mode emulation";
 #endif
         if (::geteuid() != 0) return "making a network namespace needs root";
-        for (const char* tool : {"setpriv", "unshare", "nsenter", "ip", "dbus-daemon", "avahi-daemon",
-                                 "avahi-browse"})
+        for (const char* tool : {"setpriv", "unshare", "nsenter", "ip", "dbus-daemon", "avahi-daemon"})
             if (FindProgram(tool).empty()) return std::string("no ") + tool + " (scripts/setup installs it)";
         holder_ = Launch("setpriv", {"--pdeathsig", "KILL", "--", FindProgram("unshare"), "--net", "--mount",
                                      "--uts", "--", "/bin/sh", "-c", HolderScript()});
@@ -98,11 +101,12 @@ public:
     std::string Namespace(const std::string& kind) const {
         return "/proc/" + std::to_string(holder_->pid()) + "/ns/" + kind;
     }
-    // What `avahi-browse -rpt type` prints, run by a process inside the lab.
-    static std::string Browse(const std::string& type) {
-        ChildProcess browse(FindProgram("avahi-browse"), {"-rpt", type});
-        if (browse.Wait() != 0) throw std::runtime_error("avahi-browse failed: " + browse.Output());
-        return browse.Output();
+    // Starts `command` in the lab's network and host-name namespaces, on the
+    // lab's bus, with the `environment` entries ("NAME=value") added; it dies
+    // with the test process. Throws std::runtime_error when it cannot start.
+    std::unique_ptr<ChildProcess> Run(const std::vector<std::string>& command,
+                                      const std::vector<std::string>& environment = {}) const {
+        return Launch("nsenter", Inside({"--net", "--uts"}, command), environment);
     }
 
 private:
@@ -141,9 +145,10 @@ private:
     }
 
     // Starts the system program `name` with `args`, on the lab's bus.
-    std::unique_ptr<ChildProcess> Launch(const std::string& name, const std::vector<std::string>& args) const {
-        return std::make_unique<ChildProcess>(FindProgram(name), args,
-                                              std::vector<std::string>{"DBUS_SYSTEM_BUS_ADDRESS=" + BusAddress()});
+    std::unique_ptr<ChildProcess> Launch(const std::string& name, const std::vector<std::string>& args,
+                                         std::vector<std::string> environment = {}) const {
+        environment.push_back("DBUS_SYSTEM_BUS_ADDRESS=" + BusAddress());
+        return std::make_unique<ChildProcess>(FindProgram(name), args, environment);
     }
 
     // Waits until `process` printed `text`; false when it ended or the
