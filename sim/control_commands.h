@@ -7,7 +7,10 @@
 #include <vector>
 
 #include "sim/device_socket.h"
+#include "sim/interface_box.h"
+#include "sim/manual_clock.h"
 #include "sim/mirror_device.h"
+#include "sim/processor_time.h"
 #include "sim/scenario.h"
 #include "sim/signal_processor.h"
 
@@ -23,10 +26,14 @@ struct ControlTargets {
     SignalProcessor& processor;
     MirrorDevice& mirror;
     DeviceSocket& dsp;
+    DeviceSocket& button;
+    InterfaceBox& box;
+    ManualClock& clock;
+    ProcessorTime& time;
 };
 
 // The control protocol: one command per line, looked up in a table of
-// commands by its first word.
+// commands by its first word, or its first two for a group ("box send").
 class ControlCommands {
 public:
     // Takes the answer to one command.
@@ -43,14 +50,22 @@ public:
     static std::string Help();
 
 private:
+    // When a command that went well answers.
+    enum class Completion {
+        kAtOnce,
+        kFramesSent,  // once what it sent has left for the daemon
+        kBoxSettled,  // once the interface box has done what it was told
+        kRunPlayed,   // once the manual clock has played the run
+    };
     struct Command {
         const char* name;
         const char* arguments;
         const char* purpose;
         std::string (ControlCommands::*run)(const std::string& arguments);
-        bool sends_frames;
+        Completion completion;
     };
     std::string Answer(const Command& command, const std::string& arguments);
+    static const Command* Find(const std::string& line, std::string& arguments);
     static const std::vector<Command>& Table();
 
     std::string Set(const std::string& arguments);
@@ -64,6 +79,25 @@ private:
     std::string Ticks(const std::string& arguments);
     std::string Mirror(const std::string& arguments);
     std::string ListCommands(const std::string& arguments);
+    std::string Pong(const std::string& arguments);
+    std::string Motor(const std::string& arguments);
+    std::string Button(const std::string& arguments);
+    std::string GasSteady(const std::string& arguments);
+    std::string GasStep(const std::string& arguments);
+    std::string GasRamp(const std::string& arguments);
+    std::string GasZero(const std::string& arguments);
+    std::string GasSpan(const std::string& arguments);
+    std::string FaultShort(const std::string& arguments);
+    std::string FaultGarbage(const std::string& arguments);
+    std::string FaultBurst(const std::string& arguments);
+    std::string FaultStall(const std::string& arguments);
+    std::string BoxConnect(const std::string& arguments);
+    std::string BoxRate(const std::string& arguments);
+    std::string BoxSet(const std::string& arguments);
+    std::string BoxModel(const std::string& arguments);
+    std::string BoxSend(const std::string& arguments);
+    std::string BoxReceived(const std::string& arguments);
+    std::string BoxDisconnect(const std::string& arguments);
 
     ControlTargets targets_;
 };

@@ -1,5 +1,7 @@
 #include "sim/device_socket.h"
 
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -13,6 +15,8 @@ namespace {
 // How long waiting packets may find the daemon not reading before they are
 // given up.
 constexpr std::int64_t kStallNs = 10'000'000'000;
+// How often the daemon's progress through what it was sent is looked at.
+constexpr std::int64_t kReadCheckNs = 200'000;
 
 }  // namespace
 
@@ -20,7 +24,8 @@ DeviceSocket::DeviceSocket(EventLoop& loop, const std::string& path)
     : loop_(loop),
       path_(path),
       listener_(ListenUnix(path, SOCK_SEQPACKET)),
-      stall_timer_(loop, [this] { Stalled(); }) {
+      stall_timer_(loop, [this] { Stalled(); }),
+      read_timer_(loop, [this] { CheckRead(); }) {
     loop_.Watch(listener_, POLLIN, [this](short) { Accept(); });
 }
 
@@ -67,6 +72,7 @@ void DeviceSocket::Close() {
     peer_ = -1;
     std::cout << "vela-sim: " << path_ << " closed" << std::endl;
     if (!waiting_.empty()) Finish(std::to_string(waiting_.size()) + " frames lost: " + path_ + " closed");
+    FinishRead(path_ + " closed");
     if (handlers_.closed) handlers_.closed();
 }
 
@@ -75,6 +81,7 @@ bool DeviceSocket::Send(const std::string& packet) {
     if (keep_every_packet_) {
         if (waiting_.empty()) stall_timer_.StartAt(MonotonicNs() + kStallNs);
         waiting_.push_back(packet);
+        ++queued_;
         Flush();
         return true;
     }
@@ -99,7 +106,13 @@ void DeviceSocket::Flush() {
             return;
         }
         waiting_.pop_front();
+        ++left_;
         stall_timer_.StartAt(MonotonicNs() + kStallNs);
+        while (!sent_handlers_.empty() && sent_handlers_.front().first <= left_) {
+            SentHandler handler = std::move(sent_handlers_.front().second);
+            sent_handlers_.pop_front();
+            handler("");
+        }
     }
     if (peer_ >= 0) loop_.SetEvents(peer_, POLLIN);
     if (waiting_.empty()) Finish("");
@@ -109,7 +122,40 @@ void DeviceSocket::WhenSent(SentHandler sent) {
     if (waiting_.empty())
         sent("");
     else
-        sent_handlers_.push_back(std::move(sent));
+        sent_handlers_.emplace_back(queued_, std::move(sent));
+}
+
+bool DeviceSocket::AllRead() const {
+    // What the daemon has not read yet still counts against our sending side.
+    int unread = 0;
+    return waiting_.empty() &&
+           (peer_ < 0 || (::ioctl(peer_, SIOCOUTQ, &unread) == 0 && unread == 0));
+}
+
+void DeviceSocket::WhenRead(SentHandler read) {
+    if (AllRead()) {
+        read("");
+        return;
+    }
+    read_handlers_.push_back(std::move(read));
+    read_deadline_ns_ = MonotonicNs() + kStallNs;
+    read_timer_.StartAt(MonotonicNs() + kReadCheckNs);
+}
+
+void DeviceSocket::CheckRead() {
+    if (AllRead())
+        FinishRead("");
+    else if (MonotonicNs() >= read_deadline_ns_)
+        FinishRead("the daemon left what it was sent on " + path_ + " unread for 10 s");
+    else
+        read_timer_.StartAt(MonotonicNs() + kReadCheckNs);
+}
+
+void DeviceSocket::FinishRead(const std::string& error) {
+    read_timer_.Stop();
+    std::vector<SentHandler> handlers;
+    handlers.swap(read_handlers_);
+    for (SentHandler& handler : handlers) handler(error);
 }
 
 void DeviceSocket::Stalled() {
@@ -119,9 +165,10 @@ void DeviceSocket::Stalled() {
 }
 
 void DeviceSocket::Finish(const std::string& error) {
+    left_ += waiting_.size();
     waiting_.clear();
     stall_timer_.Stop();
-    std::vector<SentHandler> handlers;
+    std::deque<std::pair<std::uint64_t, SentHandler>> handlers;
     handlers.swap(sent_handlers_);
-    for (SentHandler& handler : handlers) handler(error);
+    for (auto& entry : handlers) entry.second(error);
 }

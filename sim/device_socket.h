@@ -1,9 +1,11 @@
 #ifndef SIM_DEVICE_SOCKET_H
 #define SIM_DEVICE_SOCKET_H
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sim/event_loop.h"
@@ -41,8 +43,14 @@ public:
     // one holds the device, or when its queue is full and the packet is lost.
     bool Send(const std::string& packet);
     // Calls `sent` once every packet sent so far has left (at once when none
-    // waits).
+    // waits); packets sent later do not hold it up.
     void WhenSent(SentHandler sent);
+    // Whether the daemon has read every packet sent so far.
+    bool AllRead() const;
+    // Calls `read` once the daemon has read every packet sent so far, or with
+    // the reason why it never will (the device closed, or nothing was read
+    // for 10 s). The socket gives no event for this, so it is checked often.
+    void WhenRead(SentHandler read);
 
 private:
     void Accept();
@@ -53,6 +61,8 @@ private:
     void Flush();
     void Stalled();
     void Finish(const std::string& error);
+    void CheckRead();
+    void FinishRead(const std::string& error);
 
     EventLoop& loop_;
     std::string path_;
@@ -61,8 +71,14 @@ private:
     Handlers handlers_;
     bool keep_every_packet_ = false;
     std::deque<std::string> waiting_;
-    std::vector<SentHandler> sent_handlers_;
+    std::uint64_t queued_ = 0;  // packets ever put in the waiting queue
+    std::uint64_t left_ = 0;    // packets of it that left
+    // Each waits until `left_` reaches its mark.
+    std::deque<std::pair<std::uint64_t, SentHandler>> sent_handlers_;
     Timer stall_timer_;
+    std::vector<SentHandler> read_handlers_;
+    std::int64_t read_deadline_ns_ = 0;
+    Timer read_timer_;
 };
 
 #endif

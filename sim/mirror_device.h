@@ -7,7 +7,10 @@
 #include "sim/device_socket.h"
 
 // The mirror, washer pump and heater device: keeps every command line the
-// daemon writes and answers status reads with the motor's actual value.
+// daemon writes and answers status reads with the motor's report, a 16-bit
+// value: the motor's actual value, which follows the set point ("m"), with
+// the top bit set while the last control code ("c") is 3 and the motor
+// spins.
 class MirrorDevice {
 public:
     explicit MirrorDevice(DeviceSocket& device);
@@ -16,12 +19,21 @@ public:
 
     // The command lines received so far, without their line ends.
     const std::vector<std::string>& Lines() const { return lines_; }
+    // Puts the motor at `value` (0 to 32767) until the next set point.
+    void SetActual(int value) { actual_ = value; }
+    // A failed motor spins without reporting it (no top bit); false mends it.
+    void SetFailed(bool failed) { failed_ = failed; }
+    // The report a status read gets now, as a signed 16-bit value.
+    int Report() const;
 
 private:
     void GotPacket(const std::string& packet);
+    void Follow(const std::string& line);
 
     DeviceSocket& device_;
-    int motor_actual_ = 0;
+    int actual_ = 0;
+    int control_code_ = 0;
+    bool failed_ = false;
     std::vector<std::string> lines_;
 };
 

@@ -26,6 +26,12 @@ std::int16_t ScanSample(int i, double level, double slope, double depth) {
 
 }  // namespace
 
+bool IsProcessorCommand(std::uint16_t code) {
+    for (int known : {8, 9, 13, 16, 17, 21, 22, 26, 27, 28, 29})
+        if (code == known) return true;
+    return false;
+}
+
 Frame TextFrame(std::uint16_t code, const std::string& text) {
     Frame frame{code, {}};
     for (char c : text) frame.words.push_back(static_cast<unsigned char>(c));

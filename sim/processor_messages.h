@@ -9,8 +9,10 @@
 
 // Codes of the messages the simulated processor sends and answers.
 enum MessageCode : std::uint16_t {
+    kPong = 2,
     kDspMessage = 3,
     kInitMessage = 4,
+    kBadCommand = 5,
     kStatusMessage = 6,
     kDataMessage = 7,
     kWaveformS = 11,
@@ -22,6 +24,11 @@ enum MessageCode : std::uint16_t {
     kTestDataRequest = 29,
     kTestData = 30,
 };
+
+// Whether the processor knows `code` as a command from the daemon: the laser
+// and block temperature controls, the laser setup, the drop threshold, the
+// offsets, the start and the test data request.
+bool IsProcessorCommand(std::uint16_t code);
 
 // A text message (codes 3, 4, 5, 18): one character per word.
 Frame TextFrame(std::uint16_t code, const std::string& text);

@@ -56,7 +56,34 @@ Scenario::Field& Scenario::Find(const std::string& name) {
     throw ScenarioError("unknown field " + name);
 }
 
-void Scenario::Set(const std::string& name, float value) { Find(name).value = value; }
+void Scenario::Set(const std::string& name, float value) {
+    Field& field = Find(name);
+    field.value = value;
+    if (&field == &data_[kCh4d]) ramp_.active = false;
+}
+
+void Scenario::RampCh4d(float to, double seconds, std::int64_t now_ns) {
+    FollowRamp(now_ns);
+    ramp_ = Ramp{true, data_[kCh4d].value, to, now_ns, now_ns + static_cast<std::int64_t>(seconds * 1e9)};
+}
+
+void Scenario::HoldCh4d(std::int64_t now_ns) {
+    FollowRamp(now_ns);
+    ramp_.active = false;
+}
+
+void Scenario::FollowRamp(std::int64_t now_ns) {
+    if (!ramp_.active) return;
+    float& value = data_[kCh4d].value;
+    if (now_ns >= ramp_.end_ns) {
+        value = ramp_.to;
+        ramp_.active = false;
+        return;
+    }
+    const double done = static_cast<double>(now_ns - ramp_.start_ns) /
+                        static_cast<double>(ramp_.end_ns - ramp_.start_ns);
+    value = static_cast<float>(ramp_.from + (ramp_.to - ramp_.from) * done);
+}
 
 float Scenario::Get(const std::string& name) { return Find(name).value; }
 
@@ -65,7 +92,8 @@ float Scenario::Sample(const Field& field) {
     return field.value + field.scatter * normal_(random_);
 }
 
-DataValues Scenario::NextData() {
+DataValues Scenario::NextData(std::int64_t now_ns) {
+    FollowRamp(now_ns);
     DataValues values;
     for (std::size_t i = 0; i < values.size(); ++i) values[i] = Sample(data_[i]);
     return values;

@@ -41,8 +41,14 @@ public:
     explicit Scenario(std::uint32_t seed);
 
     // Sets a data field ("CH4D") or a status field ("status.LCTSETPT"),
-    // names in any case; throws ScenarioError for an unknown name.
+    // names in any case (setting CH4D ends a ramp); throws ScenarioError for
+    // an unknown name.
     void Set(const std::string& name, float value);
+    // Moves CH4D in a straight line from its value at `now_ns` (the
+    // processor's time) to `to`, reached `seconds` later; it stays there.
+    void RampCh4d(float to, double seconds, std::int64_t now_ns);
+    // Holds CH4D at its value at `now_ns`, ending a ramp.
+    void HoldCh4d(std::int64_t now_ns);
     // The value set for a field; throws ScenarioError for an unknown name.
     float Get(const std::string& name);
     // Noise on (realistic scatter) or off (every value exactly as set).
@@ -52,8 +58,9 @@ public:
     void SetFlags(std::uint16_t flags) { flags_ = flags; }
     std::uint16_t Flags() const { return flags_; }
 
-    // The next data sample: the set values, scattered when noise is on.
-    DataValues NextData();
+    // The data sample at `now_ns`: the set values (CH4D on its ramp),
+    // scattered when noise is on.
+    DataValues NextData(std::int64_t now_ns);
     // The next status sample, likewise.
     StatusValues NextStatus();
 
@@ -66,11 +73,19 @@ private:
         float value;
         float scatter;  // standard deviation of the noise
     };
+    struct Ramp {
+        bool active = false;
+        float from = 0, to = 0;
+        std::int64_t start_ns = 0, end_ns = 0;
+    };
     Field& Find(const std::string& name);
     float Sample(const Field& field);
+    // Moves CH4D along its ramp to where it is at `now_ns`.
+    void FollowRamp(std::int64_t now_ns);
 
     std::array<Field, kDataFieldCount> data_;
     std::array<Field, kStatusFieldCount> status_;
+    Ramp ramp_;
     std::mt19937 random_;
     std::normal_distribution<float> normal_{0.0f, 1.0f};
     bool noise_ = true;

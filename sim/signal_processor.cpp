@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
 
 #include "sim/processor_messages.h"
 
@@ -28,17 +29,18 @@ std::uint64_t SkipStall(std::uint64_t next, std::uint64_t step, std::uint64_t no
 }  // namespace
 
 SignalProcessor::SignalProcessor(EventLoop& loop, DeviceSocket& device, Scenario& scenario,
-                                 const ProcessorSettings& settings)
+                                 ProcessorTime& time, const ProcessorSettings& settings)
     : device_(device),
       scenario_(scenario),
       settings_(settings),
-      time_(settings.manual ? ProcessorTime::Manual(settings.epoch) : ProcessorTime::Real()),
+      time_(time),
       clock_(settings.ticks_start, settings.drift_ppm, time_.NowNs()),
-      timer_(loop, [this] { SendDue(); }) {
+      timer_(loop, [this] { SendDue(); }),
+      garbage_random_(settings.seed) {
     device_.SetHandlers({[this] { Opened(); }, [this](const std::string& p) { GotPacket(p); },
                          [this] { Closed(); }});
     // With a manual clock every frame is due and none may be lost.
-    device_.KeepEveryPacket(settings.manual);
+    device_.KeepEveryPacket(time_.IsManual());
 }
 
 std::uint32_t SignalProcessor::Ticks() const {
@@ -70,6 +72,12 @@ bool SignalProcessor::SendText(std::uint16_t code, const std::string& text) {
     return true;
 }
 
+bool SignalProcessor::SendBare(std::uint16_t code) {
+    if (!device_.Open()) return false;
+    Send(Frame{code, {}});
+    return true;
+}
+
 void SignalProcessor::Opened() {
     // The daemon throws away the first read after opening the device.
     Send(Frame{kStartupMessage, {}});
@@ -80,6 +88,9 @@ void SignalProcessor::Opened() {
     // with the first advance), so that the daemon starts acquiring its data
     // clock before the first record.
     next_second_ = now;
+    cut_next_data_ = false;
+    burst_left_ = 0;
+    burst_.clear();
     ArmTimer();
 }
 
@@ -87,22 +98,24 @@ void SignalProcessor::Closed() { timer_.Stop(); }
 
 void SignalProcessor::GotPacket(const std::string& packet) {
     for (Frame& frame : DecodeFrames(packet)) {
-        if (frame.code == kTestDataRequest) Send(TestDataFrame());
+        Answer(frame);
         received_.push_back(std::move(frame));
     }
 }
 
-void SignalProcessor::Advance(std::uint64_t ms) {
-    const std::int64_t end = time_.NowNs() + static_cast<std::int64_t>(ms) * 1000000;
-    // Each frame leaves at the moment it falls due, so that its stamp is
-    // what real time would have given it.
-    while (device_.Open()) {
-        const std::int64_t due = clock_.TimeOf(std::min(next_data_, next_second_));
-        if (due > end) break;
-        time_.AdvanceTo(due);
-        SendDue();
-    }
-    time_.AdvanceTo(end);
+void SignalProcessor::Answer(const Frame& command) {
+    if (command.code == kTestDataRequest)
+        Send(TestDataFrame());
+    else if (!IsProcessorCommand(command.code))
+        Send(TextFrame(kBadCommand, "code " + std::to_string(command.code)));
+}
+
+std::int64_t SignalProcessor::NextDueNs() const {
+    return device_.Open() ? clock_.TimeOf(std::min(next_data_, next_second_)) : -1;
+}
+
+bool SignalProcessor::ReadsTrimRegisterBy(std::int64_t ns) const {
+    return device_.Open() && clock_.TimeOf(next_second_) <= ns;
 }
 
 void SignalProcessor::SendDue() {
@@ -116,7 +129,8 @@ void SignalProcessor::SendDue() {
             SendSecondly(static_cast<std::uint32_t>(next_second_));
             next_second_ += kSecondTicks;
         } else {
-            Send(DataFrame(static_cast<std::uint32_t>(next_data_), scenario_.NextData(), scenario_.Flags()));
+            const DataValues values = scenario_.NextData(time_.NowNs());
+            SendOnGrid(DataFrame(static_cast<std::uint32_t>(next_data_), values, scenario_.Flags()), true);
             next_data_ += kDataTicks;
         }
     }
@@ -125,10 +139,10 @@ void SignalProcessor::SendDue() {
 
 void SignalProcessor::SendSecondly(std::uint32_t msec) {
     FollowTrimRegister();
-    Send(ClockSyncFrame(msec));
-    Send(StatusFrame(msec, scenario_.NextStatus()));
+    SendOnGrid(ClockSyncFrame(msec), false);
+    SendOnGrid(StatusFrame(msec, scenario_.NextStatus()), false);
     for (std::uint16_t code : {kWaveformS, kWaveformR, kWaveformSdc, kWaveformRdc})
-        Send(WaveformFrame(code, msec));
+        SendOnGrid(WaveformFrame(code, msec), false);
 }
 
 void SignalProcessor::ArmTimer() {
@@ -138,4 +152,58 @@ void SignalProcessor::ArmTimer() {
 void SignalProcessor::Send(const Frame& frame) {
     // The driver stamps each frame with the system time of its arrival.
     device_.Send(EncodeFrame(frame, time_.Stamp()));
+}
+
+void SignalProcessor::SendOnGrid(const Frame& frame, bool data) {
+    std::string packet = EncodeFrame(frame, time_.Stamp());
+    const bool cut = data && cut_next_data_;
+    if (cut) {
+        // Half the payload is missing: the daemon finds the frame's end
+        // beyond what it read.
+        packet.resize(packet.size() - frame.words.size());
+        cut_next_data_ = false;
+    }
+    if (burst_left_ == 0) {
+        device_.Send(packet);
+        return;
+    }
+    burst_ += packet;
+    // Nothing can follow a frame cut short in the same read: it ends a burst.
+    if (cut || (data && --burst_left_ == 0)) {
+        device_.Send(burst_);
+        burst_.clear();
+        burst_left_ = 0;
+    }
+}
+
+bool SignalProcessor::CutNextDataFrame() {
+    if (!device_.Open()) return false;
+    cut_next_data_ = true;
+    return true;
+}
+
+bool SignalProcessor::SendGarbage(std::size_t bytes) {
+    if (!device_.Open()) return false;
+    std::string packet;
+    // The generator's own output, not a distribution's, so that the bytes
+    // are the same with every standard library.
+    while (packet.size() < bytes) packet.push_back(static_cast<char>(garbage_random_() & 0xFF));
+    device_.Send(packet);
+    return true;
+}
+
+bool SignalProcessor::BurstNextData(unsigned count) {
+    if (!device_.Open()) return false;
+    burst_left_ = count;
+    return true;
+}
+
+bool SignalProcessor::Stall(std::uint64_t ms) {
+    if (!device_.Open()) return false;
+    const std::uint64_t end = clock_.TicksAt(time_.NowNs()) + ms;
+    // Each grid resumes at its first point from the end of the stall on.
+    for (auto [next, step] : {std::pair{&next_data_, kDataTicks}, std::pair{&next_second_, kSecondTicks}})
+        if (*next < end) *next += (end - *next + step - 1) / step * step;
+    ArmTimer();
+    return true;
 }

@@ -64,6 +64,8 @@ CommandLine ParseCommandLine(int argc, char* argv[]) {
             options.noise = false;
         else if (option == "--seed")
             options.seed = static_cast<std::uint32_t>(Count(option, next(), 0xFFFFFFFFu));
+        else if (option == "--port")
+            options.port = static_cast<unsigned short>(Count(option, next(), 65535));
         else
             throw OptionError("vela-sim: unknown option " + option + " (see --help)");
     }
@@ -75,9 +77,9 @@ std::string UsageText() {
     return "Usage: vela-sim --root DIR [options]\n"
            "Plays the CH4 analyzer's hardware under DIR for a daemon run with\n"
            "BOREALIS_ROOT=DIR: builds the files it expects when missing, serves\n"
-           "dev/dsp4410, dev/mirror4410 and dev/net_btn, and takes commands on\n"
-           "run/vela-sim.ctl. Prints \"vela-sim: ready DIR\" once everything listens;\n"
-           "stops on SIGINT or SIGTERM.\n"
+           "dev/dsp4410, dev/mirror4410 and dev/net_btn, plays the interface box on\n"
+           "request, and takes commands on run/vela-sim.ctl. Prints\n"
+           "\"vela-sim: ready DIR\" once everything listens; stops on SIGINT or SIGTERM.\n"
            "\n"
            "Options:\n"
            "  --root DIR          the simulated root (required)\n"
@@ -92,7 +94,8 @@ std::string UsageText() {
            "  --epoch SECONDS     the manual clock's system time at start, in seconds\n"
            "                      since 1970 (default 1767225600: 2026-01-01 00:00:00 UTC)\n"
            "  --no-noise          send every value exactly as set (as the command noise 0)\n"
-           "  --seed N            seed of the noise (default 4410)\n"
+           "  --seed N            seed of the noise and of fault garbage (default 4410)\n"
+           "  --port N            the daemon's TCP port, for box connect (default 4410)\n"
            "  --help              this text\n"
            "\n"
            "Control commands, one per line on run/vela-sim.ctl:\n" +

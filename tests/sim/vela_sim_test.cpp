@@ -1,12 +1,15 @@
+#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,18 +17,12 @@
 #include <gtest/gtest.h>
 
 #include "borealis/dsp/dsp_words.h"
+#include "sim/frame_codec.h"
 #include "sim/zone_files.h"
 #include "tests/support/process.h"
 #include "tests/support/temp_root.h"
 
 namespace {
-
-using Words = std::vector<std::uint16_t>;
-
-struct ReceivedFrame {
-    std::uint16_t code = 0;
-    Words words;
-};
 
 int Connect(const std::string& path, int type) {
     sockaddr_un address{};
@@ -41,58 +38,82 @@ bool Readable(int fd) {
     return ::poll(&entry, 1, 5000) == 1;
 }
 
+// What arrives on `fd` up to and including `end`, or until nothing more
+// comes.
+std::string ReadUpTo(int fd, const std::string& end) {
+    std::string text;
+    char buffer[4096];
+    ssize_t got;
+    while (text.find(end) == std::string::npos && Readable(fd) && (got = ::read(fd, buffer, sizeof buffer)) > 0)
+        text.append(buffer, static_cast<std::size_t>(got));
+    return text;
+}
+
+// One packet, whole.
+std::string ReadPacket(int fd) {
+    char packet[65536];
+    ssize_t got = Readable(fd) ? ::recv(fd, packet, sizeof packet, 0) : -1;
+    return got > 0 ? std::string(packet, static_cast<std::size_t>(got)) : "";
+}
+
+std::uint16_t Little16(const std::string& bytes, std::size_t at) {
+    return static_cast<std::uint16_t>(static_cast<unsigned char>(bytes.at(at)) |
+                                      static_cast<unsigned char>(bytes.at(at + 1)) << 8);
+}
+
+std::string Text(const std::vector<std::uint16_t>& words) { return std::string(words.begin(), words.end()); }
+
+// The 32-bit field `n` of a payload (high half first).
+std::uint32_t Field(const Frame& frame, int n) { return JoinWords(&frame.words.at(2 * n)); }
+
 // vela-sim under a root of its own, ready to be talked to.
 class VelaSim : public ::testing::Test {
 protected:
-    void Start() {
-        sim_ = std::make_unique<ChildProcess>(VELA_SIM_EXE, std::vector<std::string>{"--root", root_.path()});
+    void Start(std::vector<std::string> options = {}) {
+        options.insert(options.begin(), {"--root", root_.path()});
+        sim_ = std::make_unique<ChildProcess>(VELA_SIM_EXE, options);
         ASSERT_TRUE(WaitUntil([&] { return sim_->Output() == "vela-sim: ready " + root_.path() + "\n"; }))
             << sim_->Output();
     }
 
-    // The answer to one control command: one line, or lines up to "end".
-    std::string Ask(const std::string& command) {
+    // Sends one control command; its answer is read with Answer.
+    int Send(const std::string& command) {
         int fd = Connect(root_ / "/run/vela-sim.ctl", SOCK_STREAM);
-        std::string line = command + "\n", answer;
+        std::string line = command + "\n";
         EXPECT_EQ(::write(fd, line.data(), line.size()), static_cast<ssize_t>(line.size()));
-        const bool listing = command == "received" || command == "mirror";
-        char buffer[4096];
-        ssize_t got;
-        while ((listing ? answer.find("end\n") : answer.find('\n')) == std::string::npos && Readable(fd) &&
-               (got = ::read(fd, buffer, sizeof buffer)) > 0)
-            answer.append(buffer, static_cast<std::size_t>(got));
+        return fd;
+    }
+    // One line, or for a listing the lines up to "end".
+    static std::string Answer(int fd, bool listing = false) {
+        std::string answer = ReadUpTo(fd, listing ? "end\n" : "\n");
         ::close(fd);
         return answer;
     }
+    std::string Ask(const std::string& command) {
+        const bool listing =
+            command == "received" || command == "mirror" || command.rfind("box received", 0) == 0;
+        return Answer(Send(command), listing);
+    }
 
-    // One packet from the processor device, decoded; its arrival time must
-    // be the system time of sending.
-    ReceivedFrame ReadFrame(int fd) {
-        std::uint8_t packet[1024];
-        ssize_t got = Readable(fd) ? ::recv(fd, packet, sizeof packet, 0) : -1;
-        EXPECT_GE(got, 12);
-        if (got < 12) return {};
-        auto little = [&](int at, int bytes) {
-            std::uint32_t value = 0;
-            for (int i = bytes - 1; i >= 0; --i) value = value << 8 | packet[at + i];
-            return value;
+    // One packet from the processor device holding one frame, decoded; its
+    // arrival time must be the system time of sending.
+    Frame ReadFrame(int fd) {
+        const std::string packet = ReadPacket(fd);
+        EXPECT_GE(packet.size(), 12u);
+        if (packet.size() < 12) return {};
+        auto little32 = [&](std::size_t at) {
+            return Little16(packet, at) | std::uint32_t{Little16(packet, at + 2)} << 16;
         };
-        EXPECT_NEAR(static_cast<double>(little(0, 4)), static_cast<double>(std::time(nullptr)), 2.0);
-        EXPECT_LT(little(4, 4), 1000000000u);
-        ReceivedFrame frame{static_cast<std::uint16_t>(little(8, 2)), {}};
-        EXPECT_EQ(got, 12 + 2 * static_cast<ssize_t>(little(10, 2)));
-        for (int at = 12; at < got; at += 2) frame.words.push_back(static_cast<std::uint16_t>(little(at, 2)));
-        return frame;
+        EXPECT_NEAR(static_cast<double>(little32(0)), static_cast<double>(std::time(nullptr)), 2.0);
+        EXPECT_LT(little32(4), 1000000000u);
+        EXPECT_EQ(packet.size(), 12u + 2 * Little16(packet, 10));
+        std::vector<Frame> frames = DecodeFrames(packet);
+        return frames.empty() ? Frame{} : frames[0];
     }
 
     TempRoot root_{false};
     std::unique_ptr<ChildProcess> sim_;
 };
-
-std::string Text(const Words& words) { return std::string(words.begin(), words.end()); }
-
-// The 32-bit field `n` of a payload (high half first).
-std::uint32_t Field(const Words& words, int n) { return JoinWords(&words.at(2 * n)); }
 
 TEST_F(VelaSim, BuildsTheRootAroundSeededFiles) {
     root_.WriteFile("/etc/hostname", "seeded\n");
@@ -108,18 +129,9 @@ TEST_F(VelaSim, BuildsTheRootAroundSeededFiles) {
     EXPECT_EQ(root_.ReadFile("/var/log/ptpd-init.log"), "restart\n");
 }
 
-TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGrid) {
+TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGridInRealTime) {
     Start();
-    const struct {
-        const char* field;
-        float value;
-        int number;  // the 32-bit field that carries it
-    } data[] = {{"CH4D", 0.25f, 1},     {"CH4", 6.5f, 2},      {"PRESSURE", 98.5f, 3}, {"RSSI", 9.5f, 4},
-                {"TEMP", -3.25f, 5},    {"AUX1", 1.5f, 6},     {"AUX4", 4.75f, 9},     {"AUXTC1", 21.5f, 10},
-                {"AUXTC3", 23.5f, 12},  {"DROPRATE", 12.0f, 13}};
-    for (const auto& d : data) EXPECT_EQ(Ask("set " + std::string(d.field) + " " + std::to_string(d.value)), "ok\n");
-    EXPECT_EQ(Ask("set status.LCTSETPT 27.5"), "ok\n");
-    EXPECT_EQ(Ask("set status.OPTICSTDELTA 0.75"), "ok\n");
+    EXPECT_EQ(Ask("set CH4D 0.25"), "ok\n");
     EXPECT_EQ(Ask("set FLAGS 0x81"), "ok\n");
     EXPECT_EQ(Ask("noise 0"), "ok\n");
     EXPECT_EQ(Ask("set BOGUS 1"), "error: unknown field BOGUS\n");
@@ -127,7 +139,7 @@ TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGrid) {
 
     int dsp = Connect(root_ / "/dev/dsp4410", SOCK_SEQPACKET);
     EXPECT_EQ(ReadFrame(dsp).code, 24);
-    ReceivedFrame init = ReadFrame(dsp);
+    Frame init = ReadFrame(dsp);
     EXPECT_EQ(init.code, 4);
     EXPECT_EQ(Text(init.words), "VELA DSP 2.3 ready");
     EXPECT_EQ(Ask("connected"), "yes\n");
@@ -135,25 +147,20 @@ TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGrid) {
     std::vector<std::uint32_t> data_ticks;
     bool synchronised = false, status_seen = false;
     while (!(synchronised && status_seen && data_ticks.size() >= 3)) {
-        ReceivedFrame frame = ReadFrame(dsp);
+        Frame frame = ReadFrame(dsp);
         if (frame.code == 0) break;
         if (frame.code == 7) {
             ASSERT_EQ(frame.words.size(), 30u);
-            data_ticks.push_back(Field(frame.words, 0));
-            for (const auto& d : data) EXPECT_EQ(FloatFromBits(Field(frame.words, d.number)), d.value) << d.field;
-            EXPECT_EQ(Field(frame.words, 14), 0x81u);
+            data_ticks.push_back(Field(frame, 0));
+            EXPECT_EQ(FloatFromBits(Field(frame, 1)), 0.25f);
+            EXPECT_EQ(Field(frame, 14), 0x81u);
         } else if (frame.code == 25) {
             // Never behind a record already sent.
             ASSERT_EQ(frame.words.size(), 2u);
-            if (!data_ticks.empty()) {
-                EXPECT_GE(Field(frame.words, 0), data_ticks.back());
-            }
+            EXPECT_GE(Field(frame, 0), data_ticks.empty() ? 0 : data_ticks.back());
             synchronised = true;
         } else if (frame.code == 6) {
-            ASSERT_EQ(frame.words.size(), 28u);
-            EXPECT_EQ(FloatFromBits(Field(frame.words, 1)), 27.5f);
-            EXPECT_EQ(FloatFromBits(Field(frame.words, 11)), -0.75f);
-            status_seen = true;
+            status_seen = frame.words.size() == 28;
         }
     }
     ASSERT_GE(data_ticks.size(), 3u);
@@ -161,24 +168,27 @@ TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGrid) {
     ::close(dsp);
 }
 
-TEST_F(VelaSim, AnswersTheDaemonAndServesItAgainAfterARestart) {
+TEST_F(VelaSim, AnswersTheDevicesAndServesThemAgainAfterARestart) {
     Start();
+    EXPECT_EQ(Ask("button D"), "error: the button device is not open\n");
     int dsp = Connect(root_ / "/dev/dsp4410", SOCK_SEQPACKET);
-    // A test data request and a laser set point in one write.
+    // A test data request, a laser set point and a code the processor does
+    // not know, in one write.
     const std::uint8_t request[] = {0, 0, 0, 0, 0, 0, 0, 0, 29, 0, 0, 0,
-                                    0, 0, 0, 0, 0, 0, 0, 0, 17, 0, 2, 0, 0xF4, 0x41, 0, 0};
+                                    0, 0, 0, 0, 0, 0, 0, 0, 17, 0, 2, 0, 0xF4, 0x41, 0, 0,
+                                    0, 0, 0, 0, 0, 0, 0, 0, 99, 0, 0, 0};
     ASSERT_EQ(::send(dsp, request, sizeof request, 0), static_cast<ssize_t>(sizeof request));
     EXPECT_EQ(Ask("message Hi there"), "ok\n");
-    bool test_data = false, message = false;
-    while (!(test_data && message)) {
-        ReceivedFrame frame = ReadFrame(dsp);
+    bool test_data = false, message = false, bad_command = false;
+    while (!(test_data && message && bad_command)) {
+        Frame frame = ReadFrame(dsp);
         if (frame.code == 0) break;
         if (frame.code == 30) test_data = frame.words.size() == 22;
         if (frame.code == 3) message = Text(frame.words) == "Hi there";
+        if (frame.code == 5) bad_command = Text(frame.words) == "code 99";
     }
-    EXPECT_TRUE(test_data);
-    EXPECT_TRUE(message);
-    EXPECT_EQ(Ask("received"), "29\n17 16884 0\nend\n");
+    EXPECT_TRUE(test_data && message && bad_command);
+    EXPECT_EQ(Ask("received"), "29\n17 16884 0\n99\nend\n");
 
     ::close(dsp);
     EXPECT_TRUE(WaitUntil([&] { return Ask("connected") == "no\n"; }));
@@ -187,19 +197,127 @@ TEST_F(VelaSim, AnswersTheDaemonAndServesItAgainAfterARestart) {
     EXPECT_EQ(ReadFrame(dsp).code, 24);
     ::close(dsp);
 
+    // The motor's report: its value, with the top bit while it spins and
+    // reports so.
     int mirror = Connect(root_ / "/dev/mirror4410", SOCK_SEQPACKET);
-    ASSERT_EQ(::send(mirror, "m512\n", 5, 0), 5);
-    ASSERT_EQ(::send(mirror, "?", 1, 0), 1);
-    char status[8] = {};
-    ASSERT_TRUE(Readable(mirror));
-    EXPECT_EQ(std::string(status, ::recv(mirror, status, sizeof status, 0)), "0\n");
-    EXPECT_EQ(Ask("mirror"), "m512\nend\n");
+    const struct {
+        const char* line;  // a command line, or a control command
+        const char* report;
+    } motor[] = {{"m512\n", "512\n"}, {"c3 t0 b0 p0\n", "-32256\n"}, {"motor fail", "512\n"},
+                 {"motor 700", "700\n"}, {"motor ok", "-32068\n"}, {"c0\n", "700\n"}};
+    for (const auto& m : motor) {
+        if (std::strncmp(m.line, "motor", 5) == 0)
+            EXPECT_EQ(Ask(m.line), "ok\n");
+        else
+            ASSERT_GT(::send(mirror, m.line, std::strlen(m.line), 0), 0);
+        ASSERT_EQ(::send(mirror, "?", 1, 0), 1);
+        EXPECT_EQ(ReadPacket(mirror), m.report) << m.line;
+    }
+    EXPECT_EQ(Ask("mirror"), "m512\nc3 t0 b0 p0\nc0\nend\n");
     ::close(mirror);
+
+    // Button events leave together, as one read of the device returns them.
+    int button = Connect(root_ / "/dev/net_btn", SOCK_SEQPACKET);
+    EXPECT_EQ(Ask("button UxD"), "ok\n");
+    EXPECT_EQ(ReadPacket(button), "UxD");
+    ::close(button);
 
     sim_->Signal(SIGTERM);
     EXPECT_EQ(sim_->Wait(), 0);
     EXPECT_EQ(::access((root_ / "/dev/dsp4410").c_str(), F_OK), -1);
     EXPECT_EQ(::access((root_ / "/run/vela-sim.ctl").c_str(), F_OK), -1);
+}
+
+TEST_F(VelaSim, FaultsSpoilWhatGoesOnTheWireThenRecordsResume) {
+    Start();
+    int dsp = Connect(root_ / "/dev/dsp4410", SOCK_SEQPACKET);
+    std::uint32_t last = 0;  // the tick of the last whole data frame
+    // Reads packets until one satisfies `spoilt`.
+    auto await = [&](const char* fault, const std::function<bool(const std::string&)>& spoilt) {
+        EXPECT_EQ(Ask(fault), "ok\n");
+        for (std::string packet = ReadPacket(dsp); !packet.empty(); packet = ReadPacket(dsp)) {
+            if (spoilt(packet)) return packet;
+            std::vector<Frame> frames = DecodeFrames(packet);
+            if (frames.size() == 1 && frames[0].code == 7) last = Field(frames[0], 0);
+        }
+        ADD_FAILURE() << fault;
+        return std::string();
+    };
+    // A data frame whose length field promises 30 words carries 15.
+    std::string cut =
+        await("fault short", [](const std::string& p) { return p.size() < 12u + 2 * Little16(p, 10); });
+    EXPECT_EQ(cut.size(), 42u);
+    EXPECT_EQ(Little16(cut, 8), 7);
+    EXPECT_EQ(Little16(cut, 10), 30);
+
+    std::string burst = await("fault burst 3", [](const std::string& p) { return DecodeFrames(p).size() > 1; });
+    std::vector<std::uint32_t> ticks;
+    for (const Frame& frame : DecodeFrames(burst))
+        if (frame.code == 7) ticks.push_back(Field(frame, 0));
+    ASSERT_EQ(ticks.size(), 3u);
+    EXPECT_EQ(ticks[2] - ticks[1], 25u);
+    EXPECT_EQ(ticks[1] - ticks[0], 25u);
+    last = ticks[2];
+
+    EXPECT_EQ(await("fault garbage 20", [](const std::string& p) { return p.size() == 20; }).size(), 20u);
+
+    // Nothing for 300 ticks, then records on the grid again.
+    EXPECT_EQ(Ask("fault stall 300"), "ok\n");
+    std::vector<std::uint32_t> gaps;  // between data ticks, up to the second after the stall
+    while (gaps.size() < 400 && (gaps.size() < 2 || gaps[gaps.size() - 2] == 25)) {
+        std::vector<Frame> frames = DecodeFrames(ReadPacket(dsp));
+        if (frames.empty()) break;
+        if (frames[0].code != 7) continue;
+        gaps.push_back(Field(frames[0], 0) - last);
+        last = Field(frames[0], 0);
+    }
+    ASSERT_GE(gaps.size(), 2u);
+    EXPECT_GE(gaps[gaps.size() - 2], 300u);
+    EXPECT_LT(gaps[gaps.size() - 2], 350u);
+    EXPECT_EQ(gaps.back(), 25u);
+    ::close(dsp);
+}
+
+TEST_F(VelaSim, BoxReportsOnTheDriversClockAndKeepsWhatTheDaemonSends) {
+    // The test plays the daemon's port.
+    int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(listener, 1), 0);
+    ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length), 0);
+    Start({"--manual", "--port", std::to_string(ntohs(address.sin_port))});
+
+    EXPECT_EQ(Ask("box send"), "error: the box is not connected\n");
+    for (const char* command : {"box set aux5 0.1", "box set USB 2", "box set CAPACITY 7.5", "box rate 2",
+                                "box model Base Unit 7", "run 250"})
+        EXPECT_EQ(Ask(command), "ok\n") << command;
+    EXPECT_EQ(Ask("box set AUX9 1"), "error: unknown box value AUX9\n");
+    // Connected once greeted.
+    int connecting = Send("box connect");
+    int daemon = ::accept(listener, nullptr, nullptr);
+    ASSERT_GE(daemon, 0);
+    const std::string greeting = "DATAEVENT\tMODEL\tVELA\nDATADACSH\tSECONDS\n";
+    ASSERT_EQ(::write(daemon, greeting.data(), greeting.size()), static_cast<ssize_t>(greeting.size()));
+    EXPECT_EQ(Answer(connecting), "ok\n");
+    EXPECT_EQ(Ask("box received DATADACS"), "DATADACSH\tSECONDS\nend\n");
+
+    // The first report with the next run, then two a second, stamped with
+    // the simulated time.
+    EXPECT_EQ(Ask("run 1000"), "ok\n");
+    const std::string report = " 2 7.5 0 0.1 0 0 0 Base Unit 7\n";
+    EXPECT_EQ(ReadUpTo(daemon, "1767225601 250000000" + report),
+              "Base 1767225600 250000000" + report + "Base 1767225600 750000000" + report +
+                  "Base 1767225601 250000000" + report);
+
+    // Let go once the daemon has closed its end.
+    int disconnecting = Send("box disconnect");
+    EXPECT_EQ(ReadUpTo(daemon, "\n"), "");
+    ::close(daemon);
+    EXPECT_EQ(Answer(disconnecting), "ok\n");
+    ::close(listener);
 }
 
 TEST(ZoneFiles, BuiltInZonesFollowDaylightSavingWhenTheHostHasNone) {
