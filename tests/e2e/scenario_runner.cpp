@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <optional>
 #include <stdexcept>
@@ -187,6 +189,8 @@ void ScenarioRunner::Step(const std::string& step) {
         File(rest);
     else if (first == "show")
         Show(rest);
+    else if (first == "remove")
+        Remove(rest);
     else if (first == "daemon")
         Daemon(rest);
     else if (first == "client")
@@ -217,7 +221,13 @@ void ScenarioRunner::Show(const std::string& path) {
         return;
     }
     std::istringstream lines(root_.ReadFile(path));
-    for (std::string line; std::getline(lines, line);) transcript_ << "file| " << Escape(line) << "\n";
+    for (std::string line; std::getline(lines, line);)
+        transcript_ << (line.empty() ? "file|" : "file| ") << Escape(line) << "\n";
+}
+
+void ScenarioRunner::Remove(const std::string& path) {
+    if (::unlink((root_ / path).c_str()) != 0)
+        throw StepError("cannot remove " + path + ": " + std::strerror(errno));
 }
 
 void ScenarioRunner::Daemon(const std::string& arguments) {
@@ -268,7 +278,7 @@ void ScenarioRunner::Client(const std::string& arguments) {
     if (words.empty() || (words.size() == 2 && !summary) || words.size() > 2)
         throw StepError("usage: client <name> [summary]");
     const std::string& name = words[0];
-    const char* const step_words[] = {"sim", "file", "show", "daemon", "client"};
+    const char* const step_words[] = {"sim", "file", "show", "remove", "daemon", "client"};
     if (Find(name) || std::find(std::begin(step_words), std::end(step_words), name) != std::end(step_words))
         throw StepError("client name taken: " + name);
     if (!DaemonRunning()) throw StepError("no daemon to connect to");

@@ -47,6 +47,7 @@ private:
     void Sim(const std::string& command);
     void File(const std::string& arguments);
     void Show(const std::string& path);
+    void Remove(const std::string& path);
     void Daemon(const std::string& arguments);
     void StartDaemon(const std::vector<std::string>& options);
     void StopDaemon();
