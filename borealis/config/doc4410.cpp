@@ -14,10 +14,6 @@ std::istream& Doc4410::ReadAndDispatch(std::istream& in, std::ostream& out) {
     ResetCommands();
     process(in, out);
     if (theListener) Dispatch(*theListener);
-    // Once they have run, commands go back to false within this batch of
-    // changes, so that the next read's reset changes nothing: a factory
-    // commit must not look like a change of the factory constants then.
-    ResetCommands();
     return in;
 }
 
