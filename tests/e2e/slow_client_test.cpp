@@ -67,9 +67,10 @@ TEST(SlowClient, LosesRecordsAtItsLimitWhileAnotherGetsEvery) {
     for (std::size_t i = 0; i < received.size(); ++i)
         ASSERT_EQ(received[i].substr(0, received[i].find('\t', 5)), "DATA\t" + std::to_string(3025 + 25 * i));
 
-    // The silent client finally gets the records up to its limit and none
-    // after them; what the daemon kept for it meanwhile stayed within the
-    // limit.
+    // The silent client finally gets some of the records, in order (the
+    // kernel may take more of its output after the daemon began dropping, so
+    // what it gets may have gaps); what the daemon kept for it meanwhile
+    // stayed within the limit.
     std::size_t bytes = 0;
     std::vector<std::string> kept;
     for (std::string line; !(line = silent.ReadLine()).empty() && line != MarkLine(last_mark);) {
@@ -77,7 +78,9 @@ TEST(SlowClient, LosesRecordsAtItsLimitWhileAnotherGetsEvery) {
         if (IsData(line)) kept.push_back(line);
     }
     ASSERT_LT(kept.size(), received.size());
-    EXPECT_TRUE(std::equal(kept.begin(), kept.end(), received.begin()));
+    auto next = received.begin();
+    for (const std::string& line : kept) next = std::find(next, received.end(), line);
+    EXPECT_NE(next, received.end()) << "every kept record was sent to the reader too, in order";
     EXPECT_LE(bytes - kernel_held, kDataLimit + 65536);
 
     // And it still answers.

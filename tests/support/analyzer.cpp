@@ -38,7 +38,8 @@ std::string SimulatedAnalyzer::Ask(const std::string& command) {
     const std::string line = command + "\n";
     std::string answer;
     if (::write(fd, line.data(), line.size()) == static_cast<ssize_t>(line.size())) {
-        const bool listing = command == "received" || command == "mirror";
+        const bool listing = command == "received" || command == "mirror" || command == "help" ||
+                             command.rfind("box received", 0) == 0;
         char buffer[4096];
         pollfd entry{fd, POLLIN, 0};
         while ((listing ? answer.find("end\n") : answer.find('\n')) == std::string::npos &&
