@@ -8,7 +8,7 @@ const char* const NetResetButtonDevice::kDefaultPath = "/dev/net_btn";
 
 NetResetButtonDevice::NetResetButtonDevice(Platform& platform, const std::string& path)
     : PollItem(POLLIN) {
-    device_.SetFd(platform.OpenNetButton(path));
+    device_.SetFd(platform.OpenDevice(path));
 }
 
 NetResetButtonDevice::~NetResetButtonDevice() { Unregister(); }

@@ -38,7 +38,7 @@ std::string FormatUnknownMessage(std::uint16_t cmd, std::size_t length) {
 
 DSPDevice::DSPDevice(Platform& platform, const std::string& path)
     : PollItem(POLLIN), platform_(platform), receive_(kBufferWords, 0) {
-    device_.SetFd(platform_.OpenDsp(path));
+    device_.SetFd(platform_.OpenDevice(path));
     transmit_.reserve(kBufferWords);
 }
 

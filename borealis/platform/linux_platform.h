@@ -13,13 +13,10 @@ public:
     // Leaves the lines with the host's syslog.
     void RouteSyslog(SysLog&) const override {}
 
-    // --- Signal-processor device and the clock of its programmable logic ---
-    int OpenDsp(const std::string& path) override;
+    // --- The devices read from the poll loop, and the programmable logic ---
+    int OpenDevice(const std::string& path) override;
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
-
-    // --- Network reset button ---
-    int OpenNetButton(const std::string& path) override;
 
     // --- Clocks and local time ---
     void SetSystemTime(std::int64_t seconds, long microseconds) override;

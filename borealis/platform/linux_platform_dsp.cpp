@@ -1,4 +1,4 @@
-// The signal-processor device and its CPLD clock requests on the analyzer.
+// The devices read from the poll loop and the CPLD clock requests on the analyzer.
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/types.h>
@@ -27,7 +27,7 @@ void Request(int fd, unsigned long request, void* argument, const char* failure)
 
 }  // namespace
 
-int LinuxPlatform::OpenDsp(const std::string& path) {
+int LinuxPlatform::OpenDevice(const std::string& path) {
     int fd = ::open(path.c_str(), O_RDWR);
     // errno is taken before the message is built: building it allocates.
     if (fd < 0) {

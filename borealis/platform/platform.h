@@ -45,13 +45,13 @@ public:
     // once the identity is set; it never fails.
     virtual void RouteSyslog(SysLog& syslog) const = 0;
 
-    // --- Signal-processor device and the clock of its programmable logic ---
+    // --- The devices read from the poll loop, and the programmable logic ---
 
-    // Opens the signal-processor device named by the system path `path`
-    // (normally "/dev/dsp4410") for reading and writing and returns the
-    // descriptor, which the caller owns. Throws ErrnoError
-    // ("StreamFile: Unable to open " + the path used).
-    virtual int OpenDsp(const std::string& path) = 0;
+    // Opens the device named by the system path `path` (the signal processor
+    // "/dev/dsp4410", the network reset button "/dev/net_btn") for reading
+    // and writing and returns the descriptor, which the caller owns. Throws
+    // ErrnoError("StreamFile: Unable to open " + the path used).
+    virtual int OpenDevice(const std::string& path) = 0;
     // Starts the CPLD clock through the open device `fd`, with root rights.
     // Throws ErrnoError("Unable to start CPLD clock").
     virtual void StartCpldClock(int fd) = 0;
@@ -59,14 +59,6 @@ public:
     // `fd`, with root rights. Throws ErrnoError("Unable to set CPLD clock_yz
     // register").
     virtual void SetClockYz(int fd, std::uint32_t value) = 0;
-
-    // --- Network reset button ---
-
-    // Opens the button device named by the system path `path` (normally
-    // "/dev/net_btn") for reading and writing and returns the descriptor,
-    // which the caller owns. Throws ErrnoError("StreamFile: Unable to open "
-    // + the path used).
-    virtual int OpenNetButton(const std::string& path) = 0;
 
     // --- Clocks and local time ---
 

@@ -24,18 +24,14 @@ public:
     // something listens there, otherwise to the host's syslog.
     void RouteSyslog(SysLog& syslog) const override;
 
-    // --- Signal-processor device and the clock of its programmable logic ---
-    // The device is a SOCK_SEQPACKET socket under the root, played by the
-    // simulator; the CPLD requests become writes of decimal text to files
-    // under <root>/sys/devices/platform/io4410/.
-    int OpenDsp(const std::string& path) override;
+    // --- The devices read from the poll loop, and the programmable logic ---
+    // A device is a SOCK_SEQPACKET socket under the root, played by the
+    // simulator (one packet per read or write of the driver); the CPLD
+    // requests become writes of decimal text to files under
+    // <root>/sys/devices/platform/io4410/.
+    int OpenDevice(const std::string& path) override;
     void StartCpldClock(int fd) override;
     void SetClockYz(int fd, std::uint32_t value) override;
-
-    // --- Network reset button ---
-    // The button is a SOCK_SEQPACKET socket under the root, played by the
-    // simulator: each packet holds event bytes.
-    int OpenNetButton(const std::string& path) override;
 
     // --- Clocks and local time ---
     // The host's clocks are left alone: the lines "settime <seconds>

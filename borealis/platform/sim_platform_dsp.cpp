@@ -44,7 +44,7 @@ void WriteRequestFile(const std::string& path, const std::string& text, const ch
 
 }  // namespace
 
-int SimPlatform::OpenDsp(const std::string& path) { return ConnectSeqPacket(Path(path)); }
+int SimPlatform::OpenDevice(const std::string& path) { return ConnectSeqPacket(Path(path)); }
 
 void SimPlatform::StartCpldClock(int) {
     WriteRequestFile(Path(std::string(kCpldDirectory) + "clock_start"), "1",
