@@ -247,6 +247,7 @@ void ScenarioRunner::StartDaemon(const std::vector<std::string>& options) {
     daemon_.reset();
     daemon_ = std::make_unique<DaemonUnderTest>(root_, port_, options);
     daemon_output_taken_ = 0;
+    exit_shown_ = false;
     if (!daemon_->Ready()) throw StepError("the daemon did not greet:\n" + daemon_->Process().Output());
 }
 
@@ -255,10 +256,16 @@ void ScenarioRunner::StopDaemon() {
     daemon_->Process().Signal(SIGINT);
     const int status = daemon_->Process().Wait(kDeadline);
     if (status < 0) throw StepError("the daemon did not stop");
-    // Its connections end with it.
+    ShowExit(status);
+}
+
+// Its connections end with it: what the clients and its output got last,
+// then its exit status.
+void ScenarioRunner::ShowExit(int status) {
     for (Reader& reader : readers_) ReadUpTo(reader, "");
     DaemonOutputUpTo("");
     daemon_lines_ += "daemon: exit " + std::to_string(status) + "\n";
+    exit_shown_ = true;
 }
 
 void ScenarioRunner::SignalDaemon(const std::string& name) {
@@ -337,16 +344,22 @@ bool ScenarioRunner::DaemonRunning() {
 
 // Two barriers: by the time the first has reached the clients, the daemon
 // has written to the processor whatever the step made it send; the
-// processor's answers to that come before the second.
+// processor's answers to that come before the second. A daemon that ends by
+// itself in the step (a reboot lets the processor go first) needs no
+// barrier: once it has exited, everything it did is in.
 void ScenarioRunner::Settle() {
     for (int round = 0; round < 2 && DaemonRunning(); ++round) {
         const std::string mark = "e2e-mark-" + std::to_string(++marks_);
         const std::string answer = sim_->Ask("message " + mark);
-        if (answer != "ok\n") throw StepError("the barrier did not go out: " + answer);
+        if (answer != "ok\n") {
+            if (daemon_->Process().Wait(kDeadline) >= 0) break;  // it let the processor go on its way out
+            throw StepError("the barrier did not go out: " + answer);
+        }
         const std::string mark_line = "DATAMSG\tMessage from DSP: " + mark + "\n";
         for (Reader& reader : readers_) ReadUpTo(reader, mark_line);
         DaemonOutputUpTo(mark_line);
     }
+    if (daemon_ && !exit_shown_ && !DaemonRunning()) ShowExit(daemon_->Process().Wait(kDeadline));
     for (Reader& reader : readers_) {
         for (const std::string& line : reader.lines)
             transcript_ << reader.name << (line.empty() ? "|" : "| ") << line << "\n";
@@ -393,15 +406,20 @@ void ScenarioRunner::Take(Reader& reader, const std::string& line) {
 
 void ScenarioRunner::DaemonOutputUpTo(const std::string& mark) {
     ChildProcess& process = daemon_->Process();
-    const auto mark_at = [&] { return process.Output().find(mark, daemon_output_taken_); };
-    if (!mark.empty() && !WaitUntil([&] { return mark_at() != std::string::npos; }, kDeadline))
+    const auto mark_at = [&] {
+        return mark.empty() ? std::string::npos : process.Output().find(mark, daemon_output_taken_);
+    };
+    // A daemon that exits before it prints the mark has printed all it will.
+    if (!mark.empty() &&
+        !WaitUntil([&] { return mark_at() != std::string::npos || !DaemonRunning(); }, kDeadline))
         throw StepError("the daemon printed no barrier");
     const std::string& output = process.Output();
-    const std::size_t end = mark.empty() ? output.size() : mark_at();
+    const std::size_t at = mark_at();
+    const std::size_t end = at == std::string::npos ? output.size() : at;
     std::istringstream lines(output.substr(daemon_output_taken_, end - daemon_output_taken_));
     for (std::string line; std::getline(lines, line);)
         daemon_lines_ += (line.empty() ? "daemon|" : "daemon| ") + Escape(line) + "\n";
-    daemon_output_taken_ = end + mark.size();
+    daemon_output_taken_ = at == std::string::npos ? end : end + mark.size();
 }
 
 ScenarioRunner::Reader* ScenarioRunner::Find(const std::string& name) {

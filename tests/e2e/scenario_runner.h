@@ -51,6 +51,7 @@ private:
     void Daemon(const std::string& arguments);
     void StartDaemon(const std::vector<std::string>& options);
     void StopDaemon();
+    void ShowExit(int status);
     void SignalDaemon(const std::string& name);
     void Client(const std::string& arguments);
     void ClientAction(Reader& reader, const std::string& action);
@@ -74,6 +75,7 @@ private:
     std::unique_ptr<SimulatedAnalyzer> sim_;
     std::unique_ptr<DaemonUnderTest> daemon_;
     std::size_t daemon_output_taken_ = 0;
+    bool exit_shown_ = false;  // the exit of the daemon started last is in the transcript
     std::string daemon_lines_;  // this step's, for the transcript
     std::vector<Reader> readers_;
     int marks_ = 0;
