@@ -166,7 +166,9 @@ std::string ScenarioRunner::Run(const std::string& scenario) {
     std::istringstream lines(scenario);
     int number = 0;
     try {
-        sim_ = std::make_unique<SimulatedAnalyzer>(root_, std::vector<std::string>{"--manual"});
+        // The interface box of `sim box connect` goes to this daemon's port.
+        sim_ = std::make_unique<SimulatedAnalyzer>(
+            root_, std::vector<std::string>{"--manual", "--port", std::to_string(port_)});
         for (std::string line; std::getline(lines, line);) {
             ++number;
             line.erase(0, line.find_first_not_of(" \t"));
@@ -203,11 +205,31 @@ void ScenarioRunner::Step(const std::string& step) {
 }
 
 void ScenarioRunner::Sim(const std::string& command) {
+    if (command.rfind("box received", 0) == 0) AwaitBoxBarrier();
     const std::string answer = sim_->Ask(command);
-    if (answer == "ok\n") return;
+    if (answer == "ok\n") {
+        if (command.rfind("box connect", 0) == 0) box_connected_ = true;
+        if (command == "box disconnect") box_connected_ = false;
+        return;
+    }
     if (answer.empty()) throw StepError("vela-sim did not answer " + command);
     std::istringstream lines(answer);
-    for (std::string line; std::getline(lines, line);) transcript_ << "sim| " << line << "\n";
+    // Shown and masked as the clients' lines are: the box's listing holds
+    // what the daemon sent it, its greeting included.
+    for (std::string line; std::getline(lines, line);)
+        transcript_ << "sim| " << Escape(Mask(line)) << "\n";
+}
+
+// The box is a client like any other: the barrier reaches it too, but
+// nothing else waits for it (the daemon's small writes may wait for the
+// box's acknowledgement).
+void ScenarioRunner::AwaitBoxBarrier() {
+    if (!box_connected_ || marks_ == 0) return;
+    const std::string mark_line = "DATAMSG\tMessage from DSP: e2e-mark-" + std::to_string(marks_) + "\n";
+    const auto box_has_mark = [&] {
+        return sim_->Ask("box received DATAMSG").find(mark_line) != std::string::npos;
+    };
+    if (!WaitUntil(box_has_mark, kDeadline)) throw StepError("the box received no barrier");
 }
 
 void ScenarioRunner::File(const std::string& arguments) {

@@ -45,6 +45,9 @@ private:
 
     void Step(const std::string& step);
     void Sim(const std::string& command);
+    // Waits until the interface box has read the last barrier, so that its
+    // listing holds everything the daemon sent it before.
+    void AwaitBoxBarrier();
     void File(const std::string& arguments);
     void Show(const std::string& path);
     void Remove(const std::string& path);
@@ -79,6 +82,7 @@ private:
     std::string daemon_lines_;  // this step's, for the transcript
     std::vector<Reader> readers_;
     int marks_ = 0;
+    bool box_connected_ = false;  // the simulator's interface box, by the steps that connect it
     std::ostringstream transcript_;
     std::vector<std::string> problems_;
 };
