@@ -79,6 +79,10 @@ const std::vector<ControlCommands::Command>& ControlCommands::Table() {
         {"mirror", "", "lines the daemon wrote to dev/mirror4410, then end",
          &ControlCommands::Mirror, C::kAtOnce},
         {"pong", "", "send a pong (code 2) from the processor", &ControlCommands::Pong, C::kFramesSent},
+        {"fatal", "<text>", "send a fatal message (code 18) from the processor",
+         &ControlCommands::Fatal, C::kFramesSent},
+        {"frame", "<code>", "send a frame of that code without payload (an unknown code, say)",
+         &ControlCommands::BareFrame, C::kFramesSent},
         {"motor", "<value>|fail|ok", "actual value; fail: spins unreported; ok: mended",
          &ControlCommands::Motor, C::kAtOnce},
         {"button", "<events>", "one packet of events (D, U, L) on dev/net_btn",
@@ -258,6 +262,18 @@ std::string ControlCommands::ListCommands(const std::string&) { return Help() + 
 std::string ControlCommands::Pong(const std::string& arguments) {
     ExpectWords(arguments, 0, "pong");
     if (!targets_.processor.SendBare(kPong)) throw CommandError(kProcessorClosed);
+    return kOk;
+}
+
+std::string ControlCommands::Fatal(const std::string& arguments) {
+    if (!targets_.processor.SendText(kFatalMessage, arguments)) throw CommandError(kProcessorClosed);
+    return kOk;
+}
+
+std::string ControlCommands::BareFrame(const std::string& arguments) {
+    ExpectWords(arguments, 1, "frame <code>");
+    const auto code = static_cast<std::uint16_t>(ParseUnsigned(arguments, 65535));
+    if (!targets_.processor.SendBare(code)) throw CommandError(kProcessorClosed);
     return kOk;
 }
 

@@ -80,6 +80,8 @@ private:
     std::string Mirror(const std::string& arguments);
     std::string ListCommands(const std::string& arguments);
     std::string Pong(const std::string& arguments);
+    std::string Fatal(const std::string& arguments);
+    std::string BareFrame(const std::string& arguments);
     std::string Motor(const std::string& arguments);
     std::string Button(const std::string& arguments);
     std::string GasSteady(const std::string& arguments);

@@ -20,6 +20,7 @@ enum MessageCode : std::uint16_t {
     kWaveformSdc = 19,
     kWaveformRdc = 20,
     kStartupMessage = 24,
+    kFatalMessage = 18,
     kClockSync = 25,
     kTestDataRequest = 29,
     kTestData = 30,
