@@ -40,10 +40,10 @@ std::string Concentration(const std::string& text) {
 }  // namespace
 
 // Zero, commit and rollback go through the command elements, so that their
-// answer tells that they ran (a commit that cannot be saved is refused). A
-// span goes as the text command, which takes its concentration without
-// keeping it as a setting; the request for the values afterwards is handled
-// after it. A zero or span that cannot be taken answers with a message line.
+// ack tells that they ran. A span goes as the text command, which takes its
+// concentration without changing the span gas setting; the request for the
+// values afterwards is handled after it. A zero or span that cannot be taken
+// answers with a message line before the ack of the request that follows.
 int RunCalibration(const VelaOptions& options) {
     const std::string& command = options.command;
     const std::string ppm = command == "span" ? Concentration(options.arguments.at(0)) : "";
