@@ -13,6 +13,7 @@
 
 namespace {
 
+const char kMessage[] = "DATAMSG\t";
 const char kStatusOn[] = "<norvance><vela><output><status>true</status></output></vela></norvance>";
 
 // Takes each record, with the reader that knows its type's names.
@@ -26,7 +27,8 @@ bool Handle(RecordReader& reader, const std::string& line, const RecordSink& sin
             sink(*record, reader);
             return true;
         }
-        if (line.rfind("DATAMSG\t", 0) == 0) std::cerr << "vela: analyzer: " << line.substr(8) << std::endl;
+        if (line.rfind(kMessage, 0) == 0)
+            std::cerr << "vela: analyzer: " << line.substr(sizeof kMessage - 1) << std::endl;
     } catch (const BadRecord& error) {
         std::cerr << "vela: " << error.what() << ", line skipped: " << line << std::endl;
     }
@@ -72,8 +74,8 @@ int RunStream(const VelaOptions& options) {
 }
 
 int RunLog(const VelaOptions& options) {
-    DailyLog log(options.arguments.front());
-    return Pump(options, "logging into " + options.arguments.front() + " from", [&](const Record& record, const RecordReader&) {
-        log.Write(record);
-    });
+    const std::string& folder = options.arguments.front();
+    DailyLog log(folder);
+    return Pump(options, "logging into " + folder + " from",
+                [&](const Record& record, const RecordReader&) { log.Write(record); });
 }
