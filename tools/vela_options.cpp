@@ -10,7 +10,7 @@ namespace {
 
 // One command: the options it takes besides the common ones, how many
 // arguments, and its help.
-struct CommandSpec {
+struct CommandEntry {
     const char* name;
     std::vector<std::string> options;
     std::size_t min_arguments, max_arguments;
@@ -27,8 +27,8 @@ const char kCommonHelp[] =
     "  --help             this help\n"
     "\nExit status: 0 done, 1 failed, 2 usage error, 3 cannot connect.\n";
 
-const std::vector<CommandSpec>& Commands() {
-    static const std::vector<CommandSpec> commands = {
+const std::vector<CommandEntry>& Commands() {
+    static const std::vector<CommandEntry> commands = {
         {"find", {}, 0, 0, "vela find [--timeout SECONDS]",
          "find            list the analyzers on the local network",
          "Browses the local network for analyzers (DNS-SD service _norvance-vela._tcp)\n"
@@ -91,9 +91,9 @@ const std::vector<CommandSpec>& Commands() {
     return commands;
 }
 
-const CommandSpec* FindCommand(const std::string& name) {
-    for (const auto& spec : Commands())
-        if (name == spec.name) return &spec;
+const CommandEntry* FindCommand(const std::string& name) {
+    for (const auto& entry : Commands())
+        if (name == entry.name) return &entry;
     return nullptr;
 }
 
@@ -101,7 +101,7 @@ std::string Overview() {
     std::string text =
         "usage: vela [options] COMMAND [ARGUMENTS]\n"
         "\nThe client of the VELA CH4 analyzer's daemon.\n\nCommands:\n";
-    for (const auto& spec : Commands()) text += std::string("  ") + spec.summary + "\n";
+    for (const auto& entry : Commands()) text += std::string("  ") + entry.summary + "\n";
     return text + kCommonHelp + "\n'vela COMMAND --help' tells more about a command.\n";
 }
 
@@ -141,20 +141,20 @@ void Apply(VelaOptions& options, const std::string& option, const std::string& v
     else throw UsageError("unknown option --" + option);
 }
 
-void CheckAgainst(const CommandSpec& spec, const VelaOptions& options,
+void CheckAgainst(const CommandEntry& entry, const VelaOptions& options,
                   const std::vector<std::string>& given) {
-    const std::string usage = std::string("\nusage: ") + spec.usage;
+    const std::string usage = std::string("\nusage: ") + entry.usage;
     for (const auto& option : given) {
         const bool common = option == "host" || option == "port" || option == "timeout" || option == "help";
         bool own = false;
-        for (const auto& allowed : spec.options) own = own || option == allowed;
-        if (!common && !own) throw UsageError(std::string(spec.name) + " takes no --" + option + usage);
+        for (const auto& allowed : entry.options) own = own || option == allowed;
+        if (!common && !own) throw UsageError(std::string(entry.name) + " takes no --" + option + usage);
     }
     if (options.csv && options.json) throw UsageError("--csv or --json, not both" + usage);
-    if (options.arguments.size() < spec.min_arguments)
-        throw UsageError(std::string(spec.name) + ": an argument is missing" + usage);
-    if (options.arguments.size() > spec.max_arguments)
-        throw UsageError(std::string(spec.name) + ": too many arguments" + usage);
+    if (options.arguments.size() < entry.min_arguments)
+        throw UsageError(std::string(entry.name) + ": an argument is missing" + usage);
+    if (options.arguments.size() > entry.max_arguments)
+        throw UsageError(std::string(entry.name) + ": too many arguments" + usage);
 }
 
 }  // namespace
@@ -203,14 +203,14 @@ VelaOptions ParseVelaOptions(int argc, const char* const argv[]) {
     }
     if (options.help) return options;
     if (options.command.empty()) throw UsageError("a command is missing\nusage: vela [options] COMMAND [ARGUMENTS]");
-    const CommandSpec* spec = FindCommand(options.command);
-    if (!spec) throw UsageError("unknown command " + options.command);
-    CheckAgainst(*spec, options, given);
+    const CommandEntry* entry = FindCommand(options.command);
+    if (!entry) throw UsageError("unknown command " + options.command);
+    CheckAgainst(*entry, options, given);
     return options;
 }
 
 std::string HelpText(const std::string& command) {
-    const CommandSpec* spec = FindCommand(command);
-    if (!spec) return Overview();
-    return std::string("usage: ") + spec->usage + "\n\n" + spec->help + kCommonHelp;
+    const CommandEntry* entry = FindCommand(command);
+    if (!entry) return Overview();
+    return std::string("usage: ") + entry->usage + "\n\n" + entry->help + kCommonHelp;
 }
