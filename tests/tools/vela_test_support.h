@@ -4,6 +4,8 @@
 // vela against the simulated analyzer and the real daemon, and host commands
 // for the tests of the init script and the package.
 
+#include <sys/wait.h>
+
 #include <cstdio>
 #include <memory>
 #include <string>
