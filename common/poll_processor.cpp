@@ -67,8 +67,7 @@ void PollProcessor::RebuildTable() {
     table_.clear();
     items_.ForEach([this](PollItem* item) {
         int fd = item->GetFd();
-        if (item->GetEvents() != 0 && fd >= 0)
-            table_.push_back(pollfd{fd, item->GetEvents(), 0});
+        if (item->GetEvents() != 0 && fd >= 0) table_.push_back(pollfd{fd, item->GetEvents(), 0});
     });
     table_stale_ = false;
 }
@@ -88,7 +87,10 @@ void PollProcessor::Dispatch() {
         if (entry.revents) ready.push_back(entry);
         entry.revents = 0;
     }
-    struct Event { short bit; void (PollItem::*handler)(); };
+    struct Event {
+        short bit;
+        void (PollItem::*handler)();
+    };
     static const Event events[] = {
         {POLLPRI, &PollItem::HandlePriority}, {POLLIN, &PollItem::HandleRead},
         {POLLOUT, &PollItem::HandleWrite},    {POLLERR, &PollItem::HandleError},

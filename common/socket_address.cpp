@@ -54,12 +54,8 @@ void SocketAddress::Clear() { std::memset(&storage_, 0, sizeof storage_); }
 void SocketAddress::Assign(const sockaddr* address) {
     Clear();
     switch (address->sa_family) {
-    case AF_INET:
-        std::memcpy(&storage_.ipv4, address, sizeof(sockaddr_in));
-        break;
-    case AF_INET6:
-        std::memcpy(&storage_.ipv6, address, sizeof(sockaddr_in6));
-        break;
+    case AF_INET: std::memcpy(&storage_.ipv4, address, sizeof(sockaddr_in)); break;
+    case AF_INET6: std::memcpy(&storage_.ipv6, address, sizeof(sockaddr_in6)); break;
     case AF_UNIX: {
         const sockaddr_un* local = reinterpret_cast<const sockaddr_un*>(address);
         storage_.local.sun_family = AF_UNIX;
@@ -67,8 +63,7 @@ void SocketAddress::Assign(const sockaddr* address) {
                     strnlen(local->sun_path, kMaxPathLength));
         break;
     }
-    default:
-        ThrowUnknownFamily();
+    default: ThrowUnknownFamily();
     }
 }
 

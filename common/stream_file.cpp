@@ -137,7 +137,9 @@ std::size_t StreamFileBase::Write(const void* data, std::size_t length) {
     return static_cast<std::size_t>(n);
 }
 
-std::size_t StreamFileBase::Write(const std::string& text) { return Write(text.data(), text.size()); }
+std::size_t StreamFileBase::Write(const std::string& text) {
+    return Write(text.data(), text.size());
+}
 
 std::size_t StreamFileBase::Read(void* buffer, std::size_t length) {
     CheckOpen();

@@ -10,7 +10,8 @@ SysLog& SysLog::Instance() {
 }
 
 SysLog::SysLog()
-    : writer_([](int priority, const std::string& text) { ::syslog(priority, "%s", text.c_str()); }) {}
+    : writer_(
+          [](int priority, const std::string& text) { ::syslog(priority, "%s", text.c_str()); }) {}
 
 void SysLog::SetIdentity(const std::string& name) {
     if (name.empty()) throw std::runtime_error("SysLog: Undefined identity");
@@ -27,13 +28,13 @@ void SysLog::SetIdentity(const std::string& name) {
 
 int SysLog::PriorityOfLevel(int level) {
     switch (level) {
-        case 0: return LOG_ALERT;
-        case 1: return LOG_CRIT;
-        case 3: return LOG_WARNING;
-        case 4: return LOG_NOTICE;
-        case 5: return LOG_INFO;
-        case 6: return LOG_DEBUG;
-        default: return LOG_ERR;
+    case 0: return LOG_ALERT;
+    case 1: return LOG_CRIT;
+    case 3: return LOG_WARNING;
+    case 4: return LOG_NOTICE;
+    case 5: return LOG_INFO;
+    case 6: return LOG_DEBUG;
+    default: return LOG_ERR;
     }
 }
 

@@ -43,7 +43,8 @@ Timestamp::Timestamp(int year, int month, int day, int hour, int minute, double 
     bool leap = y % 4 == 3;
     std::int64_t days =
         std::int64_t(day) - 1 + kDaysBeforeMonth[leap][m] + kDaysPerYear * y + y / 4;
-    std::int64_t whole = days * kSecondsPerDay + std::int64_t(hour) * 3600 + std::int64_t(minute) * 60;
+    std::int64_t whole =
+        days * kSecondsPerDay + std::int64_t(hour) * 3600 + std::int64_t(minute) * 60;
     value_ = double(whole) + second;
 }
 
@@ -89,9 +90,7 @@ int Timestamp::day() const { return GetDate().day; }
 int Timestamp::hour() const { return int(WholeSeconds() / 3600 % 24); }
 int Timestamp::minute() const { return int(WholeSeconds() / 60 % 60); }
 
-double Timestamp::second() const {
-    return value_ - 60.0 * (WholeSeconds() / 60);
-}
+double Timestamp::second() const { return value_ - 60.0 * (WholeSeconds() / 60); }
 
 std::ostream& operator<<(std::ostream& out, const Timestamp& timestamp) {
     out << std::setfill('0') << std::setw(4) << timestamp.year() << '-' << std::setw(2)

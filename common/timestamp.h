@@ -26,8 +26,8 @@ public:
     void set(double value) { value_ = value; }
 
     int year() const;
-    int month() const;   // 1..12
-    int day() const;     // 1..31
+    int month() const;  // 1..12
+    int day() const;    // 1..31
     int hour() const;
     int minute() const;
     double second() const;  // with the fraction

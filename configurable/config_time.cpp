@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <iomanip>
 
-ConfigurableTimestamp::ConfigurableTimestamp(const std::string& name,
-                                             const Timestamp& defaultValue)
+ConfigurableTimestamp::ConfigurableTimestamp(const std::string& name, const Timestamp& defaultValue)
     : Configurable(name), theValue(defaultValue), theDefault(defaultValue) {}
 
 void ConfigurableTimestamp::set(const Timestamp& value) {
@@ -19,8 +18,10 @@ void ConfigurableTimestamp::set_default() { set(theDefault); }
 // date that does not parse is an error.
 std::istream& ConfigurableTimestamp::read_value(std::istream& in, std::ostream& err) {
     Timestamp value(0.0);
-    if (in >> value) set(value);
-    else err << "unable to read Timestamp" << std::endl;
+    if (in >> value)
+        set(value);
+    else
+        err << "unable to read Timestamp" << std::endl;
     return in;
 }
 

@@ -22,10 +22,14 @@ void ConfigurableBool::set_default() { set(theDefault); }
 
 std::istream& ConfigurableBool::read_value(std::istream& in, std::ostream& err) {
     std::string word;
-    if (!(in >> word)) err << "unable to read bool";
-    else if (word == "true") set(true);
-    else if (word == "false") set(false);
-    else err << "invalid bool";
+    if (!(in >> word))
+        err << "unable to read bool";
+    else if (word == "true")
+        set(true);
+    else if (word == "false")
+        set(false);
+    else
+        err << "invalid bool";
     return in;
 }
 
@@ -50,16 +54,16 @@ void ConfigurableString::set_default() { set(theDefault); }
 
 std::istream& ConfigurableString::read_value(std::istream& in, std::ostream& err) {
     std::string text;
-    if (ReadWholeText(in, text)) set(text);
-    else err << "unable to read string" << std::endl;
+    if (ReadWholeText(in, text))
+        set(text);
+    else
+        err << "unable to read string" << std::endl;
     return in;
 }
 
 std::ostream& ConfigurableString::write_value(std::ostream& out) const { return out << theValue; }
 
-std::ostream& ConfigurableString::write_doctype(std::ostream& out) const {
-    return out << "string";
-}
+std::ostream& ConfigurableString::write_doctype(std::ostream& out) const { return out << "string"; }
 
 ConfigurableStringProxyReadOnly::ConfigurableStringProxyReadOnly(const std::string& name,
                                                                  const ConfigurableString& shown)

@@ -12,8 +12,10 @@ namespace {
 // Numbers are written like the stream writes a double by default: six
 // significant digits, the shorter of fixed and exponent form.
 void WriteNumber(std::ostream& out, float value) {
-    if (std::isnan(value)) out << "nan";
-    else out << static_cast<double>(value);
+    if (std::isnan(value))
+        out << "nan";
+    else
+        out << static_cast<double>(value);
 }
 
 // Reads "inf", "-inf" or "nan" as one word after a number failed to parse.
@@ -22,10 +24,14 @@ bool ReadFloatWord(std::istream& in, float& value) {
     in.seekg(0);
     std::string word;
     if (!(in >> word)) return false;
-    if (word == "inf") value = std::numeric_limits<float>::infinity();
-    else if (word == "-inf") value = -std::numeric_limits<float>::infinity();
-    else if (word == "nan") value = std::numeric_limits<float>::quiet_NaN();
-    else return false;
+    if (word == "inf")
+        value = std::numeric_limits<float>::infinity();
+    else if (word == "-inf")
+        value = -std::numeric_limits<float>::infinity();
+    else if (word == "nan")
+        value = std::numeric_limits<float>::quiet_NaN();
+    else
+        return false;
     return true;
 }
 
@@ -53,8 +59,10 @@ void ConfigurableFloat::set(float value) {
         throw std::range_error("ConfigurableFloat: range error");
     }
     if (theRangeMode != UNBOUNDED) {
-        if (value < theMin) value = theMin;
-        else if (value > theMax) value = theMax;
+        if (value < theMin)
+            value = theMin;
+        else if (value > theMax)
+            value = theMax;
     }
     if (value == theValue) return;
     theValue = value;
@@ -65,8 +73,10 @@ void ConfigurableFloat::set_default() { set(theDefault); }
 
 std::istream& ConfigurableFloat::read_value(std::istream& in, std::ostream& err) {
     float value = 0;
-    if (in >> value || ReadFloatWord(in, value)) set(value);
-    else err << "unable to read float";
+    if (in >> value || ReadFloatWord(in, value))
+        set(value);
+    else
+        err << "unable to read float";
     return in;
 }
 
@@ -95,12 +105,17 @@ ConfigurableInteger::ConfigurableInteger(const std::string& name, int defaultVal
 
 ConfigurableInteger::ConfigurableInteger(const std::string& name, int defaultValue, int min,
                                          int max)
-    : Configurable(name), theValue(defaultValue), theMin(min), theMax(max),
+    : Configurable(name),
+      theValue(defaultValue),
+      theMin(min),
+      theMax(max),
       theDefault(defaultValue) {}
 
 void ConfigurableInteger::set(int value) {
-    if (value < theMin) value = theMin;
-    else if (value > theMax) value = theMax;
+    if (value < theMin)
+        value = theMin;
+    else if (value > theMax)
+        value = theMax;
     if (value == theValue) return;
     theValue = value;
     set_changed(true);
@@ -115,8 +130,10 @@ std::istream& ConfigurableInteger::read_value(std::istream& in, std::ostream& er
     if (in >> value && (value < INT32_MIN || value > INT32_MAX)) {
         in.setstate(std::ios_base::failbit);
     }
-    if (in.fail()) err << "unable to read integer";
-    else set(static_cast<int>(value));
+    if (in.fail())
+        err << "unable to read integer";
+    else
+        set(static_cast<int>(value));
     return in;
 }
 

@@ -118,10 +118,8 @@ bool Configurable::read_element(XMLParser& parser, XMLWriter& writer) {
     for (;;) {
         const XMLParser::TokenKind kind = parser.GetNextToken();
         switch (kind) {
-        case XMLParser::ERROR:
-            return false;
-        case XMLParser::END_DOC:
-            return true;
+        case XMLParser::ERROR: return false;
+        case XMLParser::END_DOC: return true;
         case XMLParser::END_ELEMENT:
             if (parser.GetTokenString() == theName) {
                 on_read_end();
@@ -141,18 +139,15 @@ bool Configurable::read_element(XMLParser& parser, XMLWriter& writer) {
 bool Configurable::dispatch_token(int kind, XMLParser& parser, XMLWriter& writer) {
     const std::string name = parser.GetTokenString();
     switch (kind) {
-    case XMLParser::START_ELEMENT:
-        return read_child(name, parser, writer);
-    case XMLParser::ATTRIBUTE:
-        return read_attribute(name, writer);
+    case XMLParser::START_ELEMENT: return read_child(name, parser, writer);
+    case XMLParser::ATTRIBUTE: return read_attribute(name, writer);
     case XMLParser::ATTRIBUTE_VALUE_PAIR:
         return read_attribute_value(name, parser.GetTokenValue(), writer);
     case XMLParser::STRING:
         on_read_text(name, writer.stream());
         if (theObserver) theObserver->on_read_text(ConfigurableEvent(this), name, writer.stream());
         return process_text(name, writer, false);
-    default:
-        return true;
+    default: return true;
     }
 }
 
@@ -296,8 +291,7 @@ bool Configurable::process_text(const std::string& text, XMLWriter& writer, bool
     XMLQueryStringParser pieces(text);
     for (;;) {
         switch (pieces.GetNextToken()) {
-        case XMLQueryStringParser::END_STRING:
-            return true;
+        case XMLQueryStringParser::END_STRING: return true;
         case XMLQueryStringParser::STRING:
             if (!topLevel && !read_text(pieces.GetTokenString(), writer)) return false;
             break;
@@ -305,31 +299,30 @@ bool Configurable::process_text(const std::string& text, XMLWriter& writer, bool
             if (!topLevel && !read_doctype_text(pieces.GetTokenString(), writer)) return false;
             break;
         case XMLQueryStringParser::QUERY:
-            if (topLevel) write_element(writer);
-            else query_item(writer);
+            if (topLevel)
+                write_element(writer);
+            else
+                query_item(writer);
             break;
-        case XMLQueryStringParser::QUERY_CONTEXT:
-            query_context(writer);
-            break;
+        case XMLQueryStringParser::QUERY_CONTEXT: query_context(writer); break;
         case XMLQueryStringParser::QUERY_CHANGES:
-            if (topLevel) write_changed_element(writer);
-            else query_changes_item(writer);
+            if (topLevel)
+                write_changed_element(writer);
+            else
+                query_changes_item(writer);
             break;
-        case XMLQueryStringParser::QUERY_CHANGES_CONTEXT:
-            query_changes_context(writer);
-            break;
+        case XMLQueryStringParser::QUERY_CHANGES_CONTEXT: query_changes_context(writer); break;
         case XMLQueryStringParser::QUERY_DOCTYPE:
-            if (topLevel) write_type_element(writer);
-            else query_doctype_item(writer);
+            if (topLevel)
+                write_type_element(writer);
+            else
+                query_doctype_item(writer);
             break;
-        case XMLQueryStringParser::QUERY_DOCTYPE_CONTEXT:
-            query_doctype_context(writer);
-            break;
+        case XMLQueryStringParser::QUERY_DOCTYPE_CONTEXT: query_doctype_context(writer); break;
         case XMLQueryStringParser::ERROR:
             report_error("Invalid query: " + pieces.GetTokenString(), writer);
             break;
-        case XMLQueryStringParser::START_STRING:
-            break;
+        case XMLQueryStringParser::START_STRING: break;
         }
     }
 }

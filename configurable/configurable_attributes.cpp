@@ -62,8 +62,8 @@ bool ConfigurableAttributes::read_attribute(const std::string& name, XMLWriter& 
     return process_text(name, writer, false);
 }
 
-bool ConfigurableAttributes::read_attribute_value(const std::string& name,
-                                                  const std::string& value, XMLWriter& writer) {
+bool ConfigurableAttributes::read_attribute_value(const std::string& name, const std::string& value,
+                                                  XMLWriter& writer) {
     theCurrentName = name;
     ScopedFlag inValue(theInValue, true);
     return process_text(value, writer, false);
@@ -107,8 +107,10 @@ void ConfigurableAttributes::query_item(XMLWriter& writer) {
     }
     for (const Configurable* attribute : theAttributeList) {
         if (!attribute->is_persistent()) continue;
-        if (ValueText(*attribute, text)) writer.Attribute(attribute->name(), text);
-        else writer.AttributeName(attribute->name());
+        if (ValueText(*attribute, text))
+            writer.Attribute(attribute->name(), text);
+        else
+            writer.AttributeName(attribute->name());
     }
 }
 
@@ -129,8 +131,10 @@ void ConfigurableAttributes::query_doctype_item(XMLWriter& writer) {
     for (const Configurable* attribute : theAttributeList) {
         std::ostringstream type;
         attribute->write_doctype(type);
-        if (type.str().empty()) writer.AttributeName(attribute->name());
-        else writer.Attribute(attribute->name(), "{" + type.str() + "}");
+        if (type.str().empty())
+            writer.AttributeName(attribute->name());
+        else
+            writer.Attribute(attribute->name(), "{" + type.str() + "}");
     }
 }
 

@@ -8,15 +8,11 @@ namespace {
 
 typedef std::istream::traits_type Traits;
 
-bool IsEnd(int c)
-{
-    return Traits::eq_int_type(c, Traits::eof());
-}
+bool IsEnd(int c) { return Traits::eq_int_type(c, Traits::eof()); }
 
 // Reads until `last` directly follows at least `count` copies of `repeated`.
 // Returns false when the input ends first.
-bool SkipUntilAfterRun(std::istream& in, char repeated, int count, char last)
-{
+bool SkipUntilAfterRun(std::istream& in, char repeated, int count, char last) {
     int run = 0;
     for (;;) {
         const int c = in.get();
@@ -32,8 +28,7 @@ bool SkipUntilAfterRun(std::istream& in, char repeated, int count, char last)
 
 // Skips the rest of "<!...>" after the exclamation mark: a comment, an
 // empty declaration or any other declaration.
-bool SkipDeclaration(std::istream& in)
-{
+bool SkipDeclaration(std::istream& in) {
     const int c = in.get();
     if (IsEnd(c)) {
         return false;
@@ -48,16 +43,14 @@ bool SkipDeclaration(std::istream& in)
     return SkipUntilAfterRun(in, '>', 0, '>');
 }
 
-const XMLParser::TokenInfo& NoToken()
-{
+const XMLParser::TokenInfo& NoToken() {
     static const XMLParser::TokenInfo none;
     return none;
 }
 
 }  // namespace
 
-XMLParser::XMLParser(std::istream& in) : theStream(in)
-{
+XMLParser::XMLParser(std::istream& in) : theStream(in) {
     // The start token is listed twice so that the first read returns it
     // and can still be stepped back over.
     TokenPtr start(new TokenInfo);
@@ -68,8 +61,7 @@ XMLParser::XMLParser(std::istream& in) : theStream(in)
     theMark = theCurrent;
 }
 
-XMLParser::TokenKind XMLParser::GetNextToken()
-{
+XMLParser::TokenKind XMLParser::GetNextToken() {
     if (theCurrent != theTokens.end()) {
         if ((*theCurrent)->theToken == ERROR) {
             return ERROR;
@@ -84,81 +76,48 @@ XMLParser::TokenKind XMLParser::GetNextToken()
     return (*theCurrent)->theToken;
 }
 
-XMLParser::TokenKind XMLParser::GetCurrToken() const
-{
-    return CurrentToken().theToken;
-}
+XMLParser::TokenKind XMLParser::GetCurrToken() const { return CurrentToken().theToken; }
 
-const std::string& XMLParser::GetTokenString() const
-{
-    return CurrentToken().theTokenString;
-}
+const std::string& XMLParser::GetTokenString() const { return CurrentToken().theTokenString; }
 
-const std::string& XMLParser::GetTokenValue() const
-{
-    return CurrentToken().theTokenValue;
-}
+const std::string& XMLParser::GetTokenValue() const { return CurrentToken().theTokenValue; }
 
-void XMLParser::UngetToken()
-{
+void XMLParser::UngetToken() {
     if (theCurrent != theTokens.begin()) {
         --theCurrent;
     }
 }
 
-void XMLParser::SetMark()
-{
-    theMark = theCurrent;
-}
+void XMLParser::SetMark() { theMark = theCurrent; }
 
-XMLParser::Position XMLParser::GetMark() const
-{
-    return theMark;
-}
+XMLParser::Position XMLParser::GetMark() const { return theMark; }
 
-void XMLParser::SetMark(Position mark)
-{
-    theMark = mark;
-}
+void XMLParser::SetMark(Position mark) { theMark = mark; }
 
-void XMLParser::GotoMark()
-{
-    theCurrent = theMark;
-}
+void XMLParser::GotoMark() { theCurrent = theMark; }
 
-void XMLParser::ClearError()
-{
+void XMLParser::ClearError() {
     theStream.clear();
     if (theCurrent != theTokens.end() && (*theCurrent)->theToken == ERROR) {
         ++theCurrent;
     }
 }
 
-void XMLParser::SkipElement()
-{
+void XMLParser::SkipElement() {
     ClearError();
     int depth = 1;
     while (depth >= 1) {
         switch (GetNextToken()) {
-        case START_ELEMENT:
-            ++depth;
-            break;
-        case END_ELEMENT:
-            --depth;
-            break;
-        case END_DOC:
-            return;
-        case ERROR:
-            ClearError();
-            break;
-        default:
-            break;
+        case START_ELEMENT: ++depth; break;
+        case END_ELEMENT: --depth; break;
+        case END_DOC: return;
+        case ERROR: ClearError(); break;
+        default: break;
         }
     }
 }
 
-const XMLParser::TokenInfo& XMLParser::CurrentToken() const
-{
+const XMLParser::TokenInfo& XMLParser::CurrentToken() const {
     // Past the last token (after clearing an error) there is no token yet.
     if (theCurrent == theTokens.end()) {
         return NoToken();
@@ -166,8 +125,7 @@ const XMLParser::TokenInfo& XMLParser::CurrentToken() const
     return **theCurrent;
 }
 
-XMLParser::TokenPtr XMLParser::ReadToken()
-{
+XMLParser::TokenPtr XMLParser::ReadToken() {
     TokenPtr token(new TokenInfo);
     if (EndOfInput(*token)) {
         return token;
@@ -181,8 +139,7 @@ XMLParser::TokenPtr XMLParser::ReadToken()
     return token;
 }
 
-void XMLParser::ReadOutsideTag(TokenInfo& token)
-{
+void XMLParser::ReadOutsideTag(TokenInfo& token) {
     char candidate = 0;
     if (!SkipMarkup(candidate)) {
         EndOfInput(token);
@@ -226,8 +183,7 @@ void XMLParser::ReadOutsideTag(TokenInfo& token)
     theInStartTag = true;
 }
 
-void XMLParser::ReadEndTag(TokenInfo& token)
-{
+void XMLParser::ReadEndTag(TokenInfo& token) {
     XMLName name;
     name.Read(theStream);
     const int close = theStream.get();
@@ -243,8 +199,7 @@ void XMLParser::ReadEndTag(TokenInfo& token)
     }
 }
 
-void XMLParser::ReadInsideTag(TokenInfo& token)
-{
+void XMLParser::ReadInsideTag(TokenInfo& token) {
     const int c = theStream.get();
     if (IsEnd(c)) {
         EndOfInput(token);
@@ -270,8 +225,7 @@ void XMLParser::ReadInsideTag(TokenInfo& token)
     }
 }
 
-void XMLParser::ReadAttribute(TokenInfo& token)
-{
+void XMLParser::ReadAttribute(TokenInfo& token) {
     XMLName name;
     name.Read(theStream);
     // The character after the name is consumed even when the name is empty,
@@ -302,8 +256,7 @@ void XMLParser::ReadAttribute(TokenInfo& token)
     token.theTokenValue = value;
 }
 
-bool XMLParser::SkipMarkup(char& candidate)
-{
+bool XMLParser::SkipMarkup(char& candidate) {
     int c = theStream.get();
     while (c == '<') {
         const int next = theStream.get();
@@ -332,8 +285,7 @@ bool XMLParser::SkipMarkup(char& candidate)
     return true;
 }
 
-void XMLParser::SetError(TokenInfo& token, const char* message)
-{
+void XMLParser::SetError(TokenInfo& token, const char* message) {
     token.theToken = ERROR;
     token.theTokenString = message;
     token.theTokenValue.clear();
@@ -341,8 +293,7 @@ void XMLParser::SetError(TokenInfo& token, const char* message)
     theStream.setstate(std::ios::failbit);
 }
 
-bool XMLParser::EndOfInput(TokenInfo& token)
-{
+bool XMLParser::EndOfInput(TokenInfo& token) {
     if (!theStream.fail()) {
         return false;
     }
@@ -371,8 +322,7 @@ const QueryEntity theQueryEntities[] = {
     {"&query_doctype_context;", XMLQueryStringParser::QUERY_DOCTYPE_CONTEXT},
 };
 
-XMLQueryStringParser::TokenKind QueryKind(const std::string& entity)
-{
+XMLQueryStringParser::TokenKind QueryKind(const std::string& entity) {
     for (const QueryEntity& known : theQueryEntities) {
         if (entity == known.text) {
             return known.kind;
@@ -383,12 +333,9 @@ XMLQueryStringParser::TokenKind QueryKind(const std::string& entity)
 
 }  // namespace
 
-XMLQueryStringParser::XMLQueryStringParser(const std::string& text) : theString(text)
-{
-}
+XMLQueryStringParser::XMLQueryStringParser(const std::string& text) : theString(text) {}
 
-XMLQueryStringParser::TokenKind XMLQueryStringParser::GetNextToken()
-{
+XMLQueryStringParser::TokenKind XMLQueryStringParser::GetNextToken() {
     if (theAtStart) {
         theAtStart = false;
         return theToken;
@@ -414,8 +361,7 @@ XMLQueryStringParser::TokenKind XMLQueryStringParser::GetNextToken()
     return theToken;
 }
 
-void XMLQueryStringParser::TakePiece(std::string::size_type end)
-{
+void XMLQueryStringParser::TakePiece(std::string::size_type end) {
     const std::string piece = theString.substr(thePos, end - thePos);
     thePos = end;
     // A piece wholly in braces describes a type rather than a value.

@@ -2,20 +2,15 @@
 
 #include "configurable/xml_string.h"
 
-XMLWriter::XMLWriter(std::ostream& out, bool indent)
-    : theStream(out), theIndent(indent)
-{
-}
+XMLWriter::XMLWriter(std::ostream& out, bool indent) : theStream(out), theIndent(indent) {}
 
-void XMLWriter::StartDocument()
-{
+void XMLWriter::StartDocument() {
     theLevel = 0;
     // No line end here: the first element starts its own line.
     theStream << "<?xml version=\"1.0\"?>";
 }
 
-void XMLWriter::StartElement(const std::string& name)
-{
+void XMLWriter::StartElement(const std::string& name) {
     CloseStartTag();
     if (name.empty()) {
         return;
@@ -28,8 +23,7 @@ void XMLWriter::StartElement(const std::string& name)
     theStartTagOpen = true;
 }
 
-void XMLWriter::AttributeName(const std::string& name)
-{
+void XMLWriter::AttributeName(const std::string& name) {
     if (name.empty()) {
         return;
     }
@@ -43,8 +37,7 @@ void XMLWriter::AttributeName(const std::string& name)
     theNeedSpace = true;
 }
 
-void XMLWriter::Attribute(const std::string& name, const std::string& value)
-{
+void XMLWriter::Attribute(const std::string& name, const std::string& value) {
     if (name.empty()) {
         return;
     }
@@ -54,8 +47,7 @@ void XMLWriter::Attribute(const std::string& name, const std::string& value)
     theStream << '"';
 }
 
-void XMLWriter::Text(const std::string& text, bool escape)
-{
+void XMLWriter::Text(const std::string& text, bool escape) {
     if (text.empty()) {
         return;
     }
@@ -73,8 +65,7 @@ void XMLWriter::Text(const std::string& text, bool escape)
     theNeedSpace = true;
 }
 
-void XMLWriter::EndElement(const std::string& name)
-{
+void XMLWriter::EndElement(const std::string& name) {
     if (theLevel > 0) {
         --theLevel;
     }
@@ -96,8 +87,7 @@ void XMLWriter::EndElement(const std::string& name)
     theNeedSpace = false;
 }
 
-void XMLWriter::EndDocument()
-{
+void XMLWriter::EndDocument() {
     if (theStartTagOpen) {
         theStream << "/>";
         if (theLevel > 0) {
@@ -109,8 +99,7 @@ void XMLWriter::EndDocument()
     theStream << std::endl;
 }
 
-void XMLWriter::StartLine()
-{
+void XMLWriter::StartLine() {
     if (!theIndent) {
         return;
     }
@@ -120,8 +109,7 @@ void XMLWriter::StartLine()
     }
 }
 
-void XMLWriter::CloseStartTag()
-{
+void XMLWriter::CloseStartTag() {
     if (!theStartTagOpen) {
         return;
     }

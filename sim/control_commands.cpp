@@ -33,7 +33,8 @@ float ParseFloat(const std::string& text) {
     char* end = nullptr;
     errno = 0;
     float value = std::strtof(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || errno == ERANGE) throw CommandError("not a number: " + text);
+    if (text.empty() || *end != '\0' || errno == ERANGE)
+        throw CommandError("not a number: " + text);
     return value;
 }
 
@@ -65,20 +66,21 @@ const std::vector<ControlCommands::Command>& ControlCommands::Table() {
         {"get", "<FIELD>", "the value set for a field", &ControlCommands::Get, C::kAtOnce},
         {"noise", "<0|1>", "1: realistic scatter; 0: every value exactly as set",
          &ControlCommands::Noise, C::kAtOnce},
-        {"drift", "<ppm>", "rate error of the processor's millisecond counter", &ControlCommands::Drift,
-         C::kAtOnce},
-        {"run", "<ms>", "manual clock: send the frames due in the next ms",
-         &ControlCommands::Run, C::kRunPlayed},
+        {"drift", "<ppm>", "rate error of the processor's millisecond counter",
+         &ControlCommands::Drift, C::kAtOnce},
+        {"run", "<ms>", "manual clock: send the frames due in the next ms", &ControlCommands::Run,
+         C::kRunPlayed},
         {"message", "<text>", "send a text message from the processor", &ControlCommands::Message,
          C::kFramesSent},
         {"received", "", "frames the daemon wrote to dev/dsp4410, then end",
          &ControlCommands::Received, C::kAtOnce},
-        {"connected", "", "yes while the daemon holds dev/dsp4410, else no", &ControlCommands::Connected,
-         C::kAtOnce},
+        {"connected", "", "yes while the daemon holds dev/dsp4410, else no",
+         &ControlCommands::Connected, C::kAtOnce},
         {"ticks", "", "the processor's millisecond counter", &ControlCommands::Ticks, C::kAtOnce},
         {"mirror", "", "lines the daemon wrote to dev/mirror4410, then end",
          &ControlCommands::Mirror, C::kAtOnce},
-        {"pong", "", "send a pong (code 2) from the processor", &ControlCommands::Pong, C::kFramesSent},
+        {"pong", "", "send a pong (code 2) from the processor", &ControlCommands::Pong,
+         C::kFramesSent},
         {"fatal", "<text>", "send a fatal message (code 18) from the processor",
          &ControlCommands::Fatal, C::kFramesSent},
         {"frame", "<code>", "send a frame of that code without payload (an unknown code, say)",
@@ -87,7 +89,8 @@ const std::vector<ControlCommands::Command>& ControlCommands::Table() {
          &ControlCommands::Motor, C::kAtOnce},
         {"button", "<events>", "one packet of events (D, U, L) on dev/net_btn",
          &ControlCommands::Button, C::kAtOnce},
-        {"gas steady", "", "hold CH4D where it is (ends a ramp)", &ControlCommands::GasSteady, C::kAtOnce},
+        {"gas steady", "", "hold CH4D where it is (ends a ramp)", &ControlCommands::GasSteady,
+         C::kAtOnce},
         {"gas step", "<CH4D>", "CH4D steps to the value from the next record on",
          &ControlCommands::GasStep, C::kAtOnce},
         {"gas ramp", "<CH4D> <seconds>", "CH4D in a straight line to the value over that time",
@@ -121,7 +124,8 @@ const std::vector<ControlCommands::Command>& ControlCommands::Table() {
     return table;
 }
 
-const ControlCommands::Command* ControlCommands::Find(const std::string& line, std::string& arguments) {
+const ControlCommands::Command* ControlCommands::Find(const std::string& line,
+                                                      std::string& arguments) {
     for (const Command& command : Table()) {
         const std::size_t length = std::strlen(command.name);
         if (line.compare(0, length, command.name) != 0) continue;
@@ -136,7 +140,8 @@ const ControlCommands::Command* ControlCommands::Find(const std::string& line, s
 
 void ControlCommands::Execute(const std::string& line, const Reply& reply) {
     std::string arguments;
-    const Command* command = Find(line.substr(std::min(line.size(), line.find_first_not_of(" \t"))), arguments);
+    const Command* command =
+        Find(line.substr(std::min(line.size(), line.find_first_not_of(" \t"))), arguments);
     if (!command) {
         // A group's name alone, or with a word it does not know, is named
         // with that word.
@@ -173,7 +178,8 @@ std::string ControlCommands::Answer(const Command& command, const std::string& a
 std::string ControlCommands::Help() {
     std::string help;
     for (const Command& command : Table()) {
-        std::string call = std::string(command.name) + (*command.arguments ? " " : "") + command.arguments;
+        std::string call =
+            std::string(command.name) + (*command.arguments ? " " : "") + command.arguments;
         // A long call has its purpose on a line of its own.
         if (call.size() >= 24) call += "\n" + std::string(25, ' ');
         call.resize(std::max<std::size_t>(call.size() + 1, 24), ' ');
@@ -221,8 +227,7 @@ std::string ControlCommands::Drift(const std::string& arguments) {
 }
 
 std::string ControlCommands::Message(const std::string& arguments) {
-    if (!targets_.processor.SendText(kDspMessage, arguments))
-        throw CommandError(kProcessorClosed);
+    if (!targets_.processor.SendText(kDspMessage, arguments)) throw CommandError(kProcessorClosed);
     return kOk;
 }
 
@@ -266,7 +271,8 @@ std::string ControlCommands::Pong(const std::string& arguments) {
 }
 
 std::string ControlCommands::Fatal(const std::string& arguments) {
-    if (!targets_.processor.SendText(kFatalMessage, arguments)) throw CommandError(kProcessorClosed);
+    if (!targets_.processor.SendText(kFatalMessage, arguments))
+        throw CommandError(kProcessorClosed);
     return kOk;
 }
 
@@ -323,7 +329,8 @@ std::string ControlCommands::GasZero(const std::string& arguments) {
 std::string ControlCommands::GasSpan(const std::string& arguments) {
     ExpectWords(arguments, 1, "gas span <ppm>");
     Scenario& scenario = targets_.scenario;
-    scenario.Set("CH4D", SpanGasDensity(ParseFloat(arguments), scenario.Get("TEMP"), scenario.Get("PRESSURE")));
+    scenario.Set("CH4D", SpanGasDensity(ParseFloat(arguments), scenario.Get("TEMP"),
+                                        scenario.Get("PRESSURE")));
     return kOk;
 }
 
@@ -347,19 +354,22 @@ std::string ControlCommands::FaultBurst(const std::string& arguments) {
     // 100 records and what comes between them fit one read of the device.
     const unsigned long count = ParseUnsigned(arguments, 100);
     if (count == 0) throw CommandError("not a number from 1 to 100: " + arguments);
-    if (!targets_.processor.BurstNextData(static_cast<unsigned>(count))) throw CommandError(kProcessorClosed);
+    if (!targets_.processor.BurstNextData(static_cast<unsigned>(count)))
+        throw CommandError(kProcessorClosed);
     return kOk;
 }
 
 std::string ControlCommands::FaultStall(const std::string& arguments) {
     ExpectWords(arguments, 1, "fault stall <ms>");
-    if (!targets_.processor.Stall(ParseUnsigned(arguments, 86400000))) throw CommandError(kProcessorClosed);
+    if (!targets_.processor.Stall(ParseUnsigned(arguments, 86400000)))
+        throw CommandError(kProcessorClosed);
     return kOk;
 }
 
 std::string ControlCommands::BoxConnect(const std::string& arguments) {
     if (Words(arguments).size() > 1) throw CommandError("usage: box connect [port]");
-    const unsigned long port = arguments.empty() ? targets_.box.DefaultPort() : ParseUnsigned(arguments, 65535);
+    const unsigned long port =
+        arguments.empty() ? targets_.box.DefaultPort() : ParseUnsigned(arguments, 65535);
     targets_.box.Connect(static_cast<unsigned short>(port));
     return kOk;
 }

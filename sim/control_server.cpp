@@ -15,7 +15,10 @@ constexpr std::size_t kMaxLine = 65536;
 }  // namespace
 
 ControlServer::ControlServer(EventLoop& loop, const std::string& path, Executor executor)
-    : loop_(loop), path_(path), listener_(ListenUnix(path, SOCK_STREAM)), executor_(std::move(executor)) {
+    : loop_(loop),
+      path_(path),
+      listener_(ListenUnix(path, SOCK_STREAM)),
+      executor_(std::move(executor)) {
     loop_.Watch(listener_, POLLIN, [this](short) { Accept(); });
 }
 
@@ -57,7 +60,8 @@ void ControlServer::Read(int fd, Client& client) {
     }
     client.input.append(buffer, static_cast<std::size_t>(got));
     const std::size_t last_end = client.input.rfind('\n');
-    const std::size_t tail = client.input.size() - (last_end == std::string::npos ? 0 : last_end + 1);
+    const std::size_t tail =
+        client.input.size() - (last_end == std::string::npos ? 0 : last_end + 1);
     if (tail > kMaxLine) {
         client.input.resize(client.input.size() - tail);
         client.too_long = true;
@@ -80,7 +84,8 @@ void ControlServer::RunCommands(int fd) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         client.waiting = true;
         const unsigned long serial = client.serial;
-        executor_(line, [this, fd, serial](const std::string& answer) { Answered(fd, serial, answer); });
+        executor_(line,
+                  [this, fd, serial](const std::string& answer) { Answered(fd, serial, answer); });
     }
 }
 
@@ -95,7 +100,8 @@ void ControlServer::Answered(int fd, unsigned long serial, const std::string& an
 
 void ControlServer::Write(int fd, Client& client) {
     if (!client.output.empty()) {
-        ssize_t sent = ::send(fd, client.output.data(), client.output.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        ssize_t sent =
+            ::send(fd, client.output.data(), client.output.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
         if (sent < 0 && errno != EAGAIN && errno != EINTR) {
             Drop(fd);
             return;

@@ -31,8 +31,8 @@ private:
         unsigned long serial = 0;  // tells a client from a later one on the same descriptor
         std::string input;
         std::string output;
-        bool ending = false;   // nothing more will be read, only written
-        bool waiting = false;  // a command's answer is still to come
+        bool ending = false;    // nothing more will be read, only written
+        bool waiting = false;   // a command's answer is still to come
         bool too_long = false;  // the input ended in a line too long to take
     };
     void Accept();

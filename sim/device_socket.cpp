@@ -63,7 +63,8 @@ void DeviceSocket::Receive() {
         Close();
         return;
     }
-    if (handlers_.packet) handlers_.packet(std::string(buffer.data(), static_cast<std::size_t>(got)));
+    if (handlers_.packet)
+        handlers_.packet(std::string(buffer.data(), static_cast<std::size_t>(got)));
 }
 
 void DeviceSocket::Close() {
@@ -71,7 +72,8 @@ void DeviceSocket::Close() {
     ::close(peer_);
     peer_ = -1;
     std::cout << "vela-sim: " << path_ << " closed" << std::endl;
-    if (!waiting_.empty()) Finish(std::to_string(waiting_.size()) + " frames lost: " + path_ + " closed");
+    if (!waiting_.empty())
+        Finish(std::to_string(waiting_.size()) + " frames lost: " + path_ + " closed");
     FinishRead(path_ + " closed");
     if (handlers_.closed) handlers_.closed();
 }

@@ -11,7 +11,7 @@
 #include "common/errno_error.h"
 
 void MakeFolders(const std::string& path) {
-    for (std::size_t end = path.find('/', 1); ; end = path.find('/', end + 1)) {
+    for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
         std::string folder = path.substr(0, end);
         if (::mkdir(folder.c_str(), 0755) != 0 && errno != EEXIST)
             throw ErrnoError("vela-sim: cannot make " + folder);

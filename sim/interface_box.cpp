@@ -51,7 +51,8 @@ bool SameName(const std::string& a, const char* b) { return ::strcasecmp(a.c_str
 
 }  // namespace
 
-InterfaceBox::InterfaceBox(EventLoop& loop, ProcessorTime& time, DeviceSocket& dsp, unsigned short default_port)
+InterfaceBox::InterfaceBox(EventLoop& loop, ProcessorTime& time, DeviceSocket& dsp,
+                           unsigned short default_port)
     : loop_(loop),
       time_(time),
       dsp_(dsp),
@@ -76,7 +77,8 @@ void InterfaceBox::Connect(unsigned short port) {
     if (fd < 0 || ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         const int error = errno;
         if (fd >= 0) ::close(fd);
-        throw BoxError("cannot connect to port " + std::to_string(port) + ": " + std::strerror(error));
+        throw BoxError("cannot connect to port " + std::to_string(port) + ": " +
+                       std::strerror(error));
     }
     ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK);
     fd_ = fd;
@@ -109,8 +111,8 @@ void InterfaceBox::WhenSettled(Done done) {
 }
 
 void InterfaceBox::Settle(const std::string& error) {
-    const bool busy = state_ == State::kGreeting || state_ == State::kClosing || pending_reports_ > 0 ||
-                      !output_.empty();
+    const bool busy = state_ == State::kGreeting || state_ == State::kClosing ||
+                      pending_reports_ > 0 || !output_.empty();
     if (busy && error.empty()) return;
     std::vector<Done> handlers;
     handlers.swap(settled_handlers_);
@@ -148,8 +150,9 @@ void InterfaceBox::SetModel(const std::string& model, const std::string& descrip
 
 std::string InterfaceBox::ReportLine() const {
     const timespec stamp = time_.Stamp();
-    std::string line = "Base " + std::to_string(stamp.tv_sec) + " " + std::to_string(stamp.tv_nsec) + " " +
-                       std::to_string(usb_) + " " + ShortFloat(capacity_) + " " + ShortFloat(free_);
+    std::string line = "Base " + std::to_string(stamp.tv_sec) + " " +
+                       std::to_string(stamp.tv_nsec) + " " + std::to_string(usb_) + " " +
+                       ShortFloat(capacity_) + " " + ShortFloat(free_);
     for (float value : aux_) line += " " + ShortFloat(value);
     if (!model_.empty()) line += " " + model_;
     if (!model_.empty() && !description_.empty()) line += " " + description_;
@@ -212,7 +215,8 @@ void InterfaceBox::Read() {
         return;
     }
     input_.append(buffer, static_cast<std::size_t>(got));
-    for (std::size_t end; (end = input_.find('\n')) != std::string::npos; input_.erase(0, end + 1)) {
+    for (std::size_t end; (end = input_.find('\n')) != std::string::npos;
+         input_.erase(0, end + 1)) {
         received_.push_back(input_.substr(0, end));
         if (received_.size() > kLinesKept) received_.pop_front();
     }
@@ -225,7 +229,8 @@ void InterfaceBox::Read() {
 
 void InterfaceBox::Write() {
     if (!output_.empty()) {
-        const ssize_t sent = ::send(fd_, output_.data(), output_.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        const ssize_t sent =
+            ::send(fd_, output_.data(), output_.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
         if (sent < 0 && errno != EAGAIN && errno != EINTR) {
             Closed(std::string("cannot write to the daemon: ") + std::strerror(errno));
             return;

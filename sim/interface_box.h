@@ -31,7 +31,8 @@ public:
     // why it failed.
     using Done = std::function<void(const std::string& error)>;
 
-    InterfaceBox(EventLoop& loop, ProcessorTime& time, DeviceSocket& dsp, unsigned short default_port);
+    InterfaceBox(EventLoop& loop, ProcessorTime& time, DeviceSocket& dsp,
+                 unsigned short default_port);
     ~InterfaceBox();
     InterfaceBox(const InterfaceBox&) = delete;
     InterfaceBox& operator=(const InterfaceBox&) = delete;

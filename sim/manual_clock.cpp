@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-ManualClock::ManualClock(ProcessorTime& time, SignalProcessor& processor, InterfaceBox& box, DeviceSocket& dsp)
+ManualClock::ManualClock(ProcessorTime& time, SignalProcessor& processor, InterfaceBox& box,
+                         DeviceSocket& dsp)
     : time_(time), processor_(processor), box_(box), dsp_(dsp) {}
 
 void ManualClock::Run(std::uint64_t ms) {

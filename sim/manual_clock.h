@@ -24,7 +24,8 @@ public:
     // why frames were lost.
     using Done = std::function<void(const std::string& error)>;
 
-    ManualClock(ProcessorTime& time, SignalProcessor& processor, InterfaceBox& box, DeviceSocket& dsp);
+    ManualClock(ProcessorTime& time, SignalProcessor& processor, InterfaceBox& box,
+                DeviceSocket& dsp);
     ManualClock(const ManualClock&) = delete;
     ManualClock& operator=(const ManualClock&) = delete;
 

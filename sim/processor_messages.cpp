@@ -21,7 +21,8 @@ void AppendFloat(Frame& frame, float value) { Append32(frame, BitsOfFloat(value)
 // Lorentzian dip of `depth` counts in the middle of the scan.
 std::int16_t ScanSample(int i, double level, double slope, double depth) {
     const double offset = (i - kWaveformSamples / 2) / 6.0;
-    return static_cast<std::int16_t>(std::lround(level + slope * i - depth / (1.0 + offset * offset)));
+    return static_cast<std::int16_t>(
+        std::lround(level + slope * i - depth / (1.0 + offset * offset)));
 }
 
 }  // namespace
@@ -51,8 +52,9 @@ Frame DataFrame(std::uint32_t msec, const DataValues& v, std::uint16_t flags) {
 Frame StatusFrame(std::uint32_t msec, const StatusValues& v) {
     Frame frame{kStatusMessage, {}};
     Append32(frame, msec);
-    for (float value : {v[kLctSetPoint], v[kLctActual], v[kStatusRssi], v[kRefRssi], v[kBctSetPoint],
-                        v[kBctActual], v[kChassisTemp], v[kOpticsRh], v[kAuxRefTemp], v[kOpticsTemp]})
+    for (float value :
+         {v[kLctSetPoint], v[kLctActual], v[kStatusRssi], v[kRefRssi], v[kBctSetPoint],
+          v[kBctActual], v[kChassisTemp], v[kOpticsRh], v[kAuxRefTemp], v[kOpticsTemp]})
         AppendFloat(frame, value);
     // The processor reports the optics temperature difference with its sign
     // bit flipped.
@@ -80,12 +82,14 @@ Frame WaveformFrame(std::uint16_t code, std::uint32_t msec) {
     Frame frame{code, {}};
     Append32(frame, msec);
     for (int i = 0; i < kWaveformSamples; ++i)
-        frame.words.push_back(static_cast<std::uint16_t>(ScanSample(i, shape.level, shape.slope, shape.depth)));
+        frame.words.push_back(
+            static_cast<std::uint16_t>(ScanSample(i, shape.level, shape.slope, shape.depth)));
     return frame;
 }
 
 Frame TestDataFrame() {
     // Raw converter readings in the order of the test columns, CH0 to REFDC.
-    return Frame{kTestData, {32768, 32770, 32765, 32771, 28000, 30500, 30510, 30490, 49152, 12, 31000,
-                             40500, 9000, 30000, 15, 29500, 27000, 33000, 1200, 21000, 3100, 20000}};
+    return Frame{kTestData,
+                 {32768, 32770, 32765, 32771, 28000, 30500, 30510, 30490, 49152, 12,   31000,
+                  40500, 9000,  30000, 15,    29500, 27000, 33000, 1200,  21000, 3100, 20000}};
 }

@@ -14,7 +14,9 @@ class ProcessorTime {
 public:
     static ProcessorTime Real() { return ProcessorTime(false, 0); }
     // Stands at zero, stamped as `epoch_seconds` of the system time.
-    static ProcessorTime Manual(std::int64_t epoch_seconds) { return ProcessorTime(true, epoch_seconds); }
+    static ProcessorTime Manual(std::int64_t epoch_seconds) {
+        return ProcessorTime(true, epoch_seconds);
+    }
 
     bool IsManual() const { return manual_; }
     // Nanoseconds on the clock that the processor's counter runs on.
@@ -25,7 +27,8 @@ public:
     void AdvanceTo(std::int64_t ns);
 
 private:
-    ProcessorTime(bool manual, std::int64_t epoch_seconds) : manual_(manual), epoch_seconds_(epoch_seconds) {}
+    ProcessorTime(bool manual, std::int64_t epoch_seconds)
+        : manual_(manual), epoch_seconds_(epoch_seconds) {}
 
     bool manual_;
     std::int64_t epoch_seconds_;

@@ -64,7 +64,8 @@ void Scenario::Set(const std::string& name, float value) {
 
 void Scenario::RampCh4d(float to, double seconds, std::int64_t now_ns) {
     FollowRamp(now_ns);
-    ramp_ = Ramp{true, data_[kCh4d].value, to, now_ns, now_ns + static_cast<std::int64_t>(seconds * 1e9)};
+    ramp_ = Ramp{true, data_[kCh4d].value, to, now_ns,
+                 now_ns + static_cast<std::int64_t>(seconds * 1e9)};
 }
 
 void Scenario::HoldCh4d(std::int64_t now_ns) {
@@ -109,6 +110,7 @@ std::vector<std::string> Scenario::FieldNames() {
     Scenario scenario(0);
     std::vector<std::string> names;
     for (const Field& field : scenario.data_) names.push_back(field.name);
-    for (const Field& field : scenario.status_) names.push_back(kStatusPrefix + std::string(field.name));
+    for (const Field& field : scenario.status_)
+        names.push_back(kStatusPrefix + std::string(field.name));
     return names;
 }

@@ -11,15 +11,37 @@
 // Data values in the order of the data record's columns (AUX5 to AUX8 come
 // from the interface box, not from the processor).
 enum DataField {
-    kCh4d, kCh4, kTemp, kPressure, kRssi, kDropRate,
-    kAux1, kAux2, kAux3, kAux4, kAuxTc1, kAuxTc2, kAuxTc3,
+    kCh4d,
+    kCh4,
+    kTemp,
+    kPressure,
+    kRssi,
+    kDropRate,
+    kAux1,
+    kAux2,
+    kAux3,
+    kAux4,
+    kAuxTc1,
+    kAuxTc2,
+    kAuxTc3,
     kDataFieldCount
 };
 
 // Status values in the order of the processor's status record.
 enum StatusField {
-    kLctSetPoint, kLctActual, kBctSetPoint, kBctActual, kChassisTemp, kOpticsRh,
-    kStatusRssi, kRefRssi, kOpticsTemp, kOpticsTempDelta, kAuxRefTemp, kRef, kGnd,
+    kLctSetPoint,
+    kLctActual,
+    kBctSetPoint,
+    kBctActual,
+    kChassisTemp,
+    kOpticsRh,
+    kStatusRssi,
+    kRefRssi,
+    kOpticsTemp,
+    kOpticsTempDelta,
+    kAuxRefTemp,
+    kRef,
+    kGnd,
     kStatusFieldCount
 };
 

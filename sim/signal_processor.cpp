@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::uint64_t kDataTicks = 25;      // 40 records a second
+constexpr std::uint64_t kDataTicks = 25;  // 40 records a second
 constexpr std::uint64_t kSecondTicks = 1000;
 constexpr long kTrimCentre = 32768;
 const char kInitText[] = "VELA DSP 2.3 ready";
@@ -54,7 +54,8 @@ void SignalProcessor::SetDriftPpm(double ppm) {
 
 void SignalProcessor::ApplyRate() {
     // A register above its centre slows the counter down.
-    double ppm = settings_.drift_ppm - settings_.trim_ppm * static_cast<double>(trim_register_ - kTrimCentre);
+    double ppm = settings_.drift_ppm -
+                 settings_.trim_ppm * static_cast<double>(trim_register_ - kTrimCentre);
     clock_.SetPpm(ppm, time_.NowNs());
 }
 
@@ -130,7 +131,8 @@ void SignalProcessor::SendDue() {
             next_second_ += kSecondTicks;
         } else {
             const DataValues values = scenario_.NextData(time_.NowNs());
-            SendOnGrid(DataFrame(static_cast<std::uint32_t>(next_data_), values, scenario_.Flags()), true);
+            SendOnGrid(DataFrame(static_cast<std::uint32_t>(next_data_), values, scenario_.Flags()),
+                       true);
             next_data_ += kDataTicks;
         }
     }
@@ -202,7 +204,8 @@ bool SignalProcessor::Stall(std::uint64_t ms) {
     if (!device_.Open()) return false;
     const std::uint64_t end = clock_.TicksAt(time_.NowNs()) + ms;
     // Each grid resumes at its first point from the end of the stall on.
-    for (auto [next, step] : {std::pair{&next_data_, kDataTicks}, std::pair{&next_second_, kSecondTicks}})
+    for (auto [next, step] :
+         {std::pair{&next_data_, kDataTicks}, std::pair{&next_second_, kSecondTicks}})
         if (*next < end) *next += (end - *next + step - 1) / step * step;
     ArmTimer();
     return true;

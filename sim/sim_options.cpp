@@ -36,7 +36,8 @@ CommandLine ParseCommandLine(int argc, char* argv[]) {
         std::string option = argv[i];
         std::string value;
         bool has_value = false;
-        if (auto equals = option.find('='); option.compare(0, 2, "--") == 0 && equals != std::string::npos) {
+        if (auto equals = option.find('=');
+            option.compare(0, 2, "--") == 0 && equals != std::string::npos) {
             value = option.substr(equals + 1);
             option.resize(equals);
             has_value = true;
@@ -69,7 +70,8 @@ CommandLine ParseCommandLine(int argc, char* argv[]) {
         else
             throw OptionError("vela-sim: unknown option " + option + " (see --help)");
     }
-    if (options.root.empty() && !line.help) throw OptionError("vela-sim: --root DIR is required (see --help)");
+    if (options.root.empty() && !line.help)
+        throw OptionError("vela-sim: --root DIR is required (see --help)");
     return line;
 }
 

@@ -20,7 +20,8 @@ sigset_t StopSet() {
 
 StopSignals::StopSignals(EventLoop& loop, std::function<void()> stop) : loop_(loop) {
     sigset_t set = StopSet();
-    if (::sigprocmask(SIG_BLOCK, &set, nullptr) != 0) throw ErrnoError("vela-sim: cannot block signals");
+    if (::sigprocmask(SIG_BLOCK, &set, nullptr) != 0)
+        throw ErrnoError("vela-sim: cannot block signals");
     fd_ = ::signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC);
     if (fd_ < 0) throw ErrnoError("vela-sim: cannot watch signals");
     loop_.Watch(fd_, POLLIN, [this, stop](short) {

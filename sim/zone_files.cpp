@@ -27,7 +27,8 @@ const BuiltInZone kBuiltInZones[] = {
 };
 
 void PutBig(std::string& out, std::uint64_t value, int bytes) {
-    for (int i = bytes - 1; i >= 0; --i) out.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
+    for (int i = bytes - 1; i >= 0; --i)
+        out.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
 }
 
 // One block of a compiled zone file: header, one transition at 1970 into
@@ -37,7 +38,8 @@ void PutZoneBlock(std::string& out, const BuiltInZone& zone, int time_bytes) {
     const std::string abbreviation = std::string(zone.abbreviation) + '\0';
     out += "TZif2";
     out.append(15, '\0');
-    for (std::uint32_t count : {0u, 0u, 0u, 1u, 1u, static_cast<std::uint32_t>(abbreviation.size())})
+    for (std::uint32_t count :
+         {0u, 0u, 0u, 1u, 1u, static_cast<std::uint32_t>(abbreviation.size())})
         PutBig(out, count, 4);
     PutBig(out, 0, time_bytes);  // the transition time
     out.push_back('\0');         // its type
@@ -100,5 +102,6 @@ void InstallZones(const std::string& zone_dir, const std::string& localtime,
     // the same zones at the top of its zone folder.
     const std::string posix = host_zones + "/posix";
     if (CopyZones(IsFolder(posix) ? posix : host_zones, zone_dir) > 0) return;
-    for (const BuiltInZone& zone : kBuiltInZones) WriteNewFile(zone_dir + "/" + zone.name, CompiledZone(zone));
+    for (const BuiltInZone& zone : kBuiltInZones)
+        WriteNewFile(zone_dir + "/" + zone.name, CompiledZone(zone));
 }

@@ -59,7 +59,8 @@ AnalyzerConnection::AnalyzerConnection(const std::string& host, unsigned short p
     Register();
     Serve(timeout_ms, [this] { return greeted_; });
     if (!greeted_)
-        throw CannotConnect(Where(host, port) + (closed_ ? " closed the connection" : " sent no greeting") +
+        throw CannotConnect(Where(host, port) +
+                            (closed_ ? " closed the connection" : " sent no greeting") +
                             " (is it an analyzer?)");
 }
 
@@ -67,10 +68,13 @@ AnalyzerConnection::~AnalyzerConnection() {
     try {
         if (!closed_) {
             socket_.Shutdown(SHUT_WR);
-            Serve(1000, [this] {
-                lines_.clear();
-                return false;
-            }, false);
+            Serve(
+                1000,
+                [this] {
+                    lines_.clear();
+                    return false;
+                },
+                false);
         }
     } catch (const std::exception&) {
         // Leaving anyway: the socket closes with the object.

@@ -8,7 +8,8 @@ namespace {
 
 std::string Trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    return first == std::string::npos ? ""
+                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 }  // namespace
@@ -18,14 +19,21 @@ bool AnalyzerIdentity::Take(const std::string& line) {
     if (fields.size() < 2 || fields[0] != "DATAEVENT") return false;
     const std::string& event = fields[1];
     const std::string value = fields.size() > 2 ? fields[2] : "";
-    if (event == "MODEL") model = value;
-    else if (event == "VERSION") version = value;
-    else if (event == "NAME") name = value;
-    else if (event == "SN") serial = value;
-    else if (event == "BOXDISCONNECTED") box = "none";
+    if (event == "MODEL")
+        model = value;
+    else if (event == "VERSION")
+        version = value;
+    else if (event == "NAME")
+        name = value;
+    else if (event == "SN")
+        serial = value;
+    else if (event == "BOXDISCONNECTED")
+        box = "none";
     // The description begins with the blank that followed the model word.
-    else if (event == "BOXCONNECTED") box = Trimmed(value + " " + (fields.size() > 3 ? Trimmed(fields[3]) : ""));
-    else return false;
+    else if (event == "BOXCONNECTED")
+        box = Trimmed(value + " " + (fields.size() > 3 ? Trimmed(fields[3]) : ""));
+    else
+        return false;
     return true;
 }
 

@@ -33,7 +33,8 @@ std::string Concentration(const std::string& text) {
     char* end = nullptr;
     const double ppm = std::strtod(text.c_str(), &end);
     if (text.empty() || *end != '\0' || !std::isfinite(ppm) || ppm <= 0)
-        throw UsageError("span: PPM is a concentration above 0: " + text + "\nusage: vela span PPM");
+        throw UsageError("span: PPM is a concentration above 0: " + text +
+                         "\nusage: vela span PPM");
     return text;
 }
 
@@ -50,15 +51,19 @@ int RunCalibration(const VelaOptions& options) {
     AnalyzerConnection link(options.host, options.port, options.TimeoutMs(kDefaultTimeout));
     Exchange exchange(link, options.TimeoutMs(kDefaultTimeout));
     const std::vector<std::string> before = Calibration(exchange);
-    if (command == "zero") exchange.Ask(CommandElement("ch4zero"));
-    else if (command == "span") exchange.Command("SpanCH4 " + ppm);
-    else if (command == "commit") exchange.Ask(CommandElement("calcommit"));
-    else exchange.Ask(CommandElement("calrollback"));
+    if (command == "zero")
+        exchange.Ask(CommandElement("ch4zero"));
+    else if (command == "span")
+        exchange.Command("SpanCH4 " + ppm);
+    else if (command == "commit")
+        exchange.Ask(CommandElement("calcommit"));
+    else
+        exchange.Ask(CommandElement("calrollback"));
     const std::vector<std::string> after = Calibration(exchange);
     const std::vector<std::string> messages = exchange.TakeMessages();
     if (!messages.empty()) throw VelaError("the analyzer says: " + messages.front());
     for (std::size_t i = 0; i < after.size(); ++i)
-        std::cout << kCalibration[i] << " " << (before[i] == after[i] ? after[i] : before[i] + " -> " + after[i])
-                  << "\n";
+        std::cout << kCalibration[i] << " "
+                  << (before[i] == after[i] ? after[i] : before[i] + " -> " + after[i]) << "\n";
     return kExitOk;
 }

@@ -63,14 +63,18 @@ void DropPartialLine(int fd, const std::string& path) {
             if (chunk[i - 1] != '\n') continue;
             end = start + i;
             if (end == size) return;
-            if (::ftruncate(fd, end) != 0) throw VelaError("cannot repair " + path + ": " + SystemText());
-            std::cerr << "vela: " << path << ": dropped a partial last line of " << size - end << " bytes\n";
+            if (::ftruncate(fd, end) != 0)
+                throw VelaError("cannot repair " + path + ": " + SystemText());
+            std::cerr << "vela: " << path << ": dropped a partial last line of " << size - end
+                      << " bytes\n";
             return;
         }
         end = start;
     }
-    if (size > 0 && ::ftruncate(fd, 0) != 0) throw VelaError("cannot repair " + path + ": " + SystemText());
-    if (size > 0) std::cerr << "vela: " << path << ": dropped a partial line of " << size << " bytes\n";
+    if (size > 0 && ::ftruncate(fd, 0) != 0)
+        throw VelaError("cannot repair " + path + ": " + SystemText());
+    if (size > 0)
+        std::cerr << "vela: " << path << ": dropped a partial line of " << size << " bytes\n";
 }
 
 // True when the file begins with `line`.
@@ -102,7 +106,8 @@ void DailyLog::Write(const Record& record) {
 DailyLog::DayFile DailyLog::Open(const std::string& type, const std::string& day,
                                  const std::string& header) const {
     for (int n = 1;; ++n) {
-        DayFile file{day, folder_ + "/" + day + "_" + type + (n > 1 ? "." + std::to_string(n) : "") + ".csv"};
+        DayFile file{day, folder_ + "/" + day + "_" + type +
+                              (n > 1 ? "." + std::to_string(n) : "") + ".csv"};
         file.fd = ::open(file.path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
         if (file.fd < 0) throw VelaError("cannot open " + file.path + ": " + SystemText());
         try {

@@ -9,7 +9,9 @@
 namespace {
 
 bool IsName(const std::string& name) {
-    const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
+    const auto letter = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    };
     if (name.empty() || !letter(name[0])) return false;
     for (char c : name)
         if (!letter(c) && !(c >= '0' && c <= '9') && c != '-' && c != '.') return false;
@@ -40,22 +42,18 @@ void ReadContent(XMLParser& parser, Node& node) {
             node.children.push_back(Node{parser.GetTokenString(), "", "", {}});
             ReadContent(parser, node.children.back());
             break;
-        case XMLParser::END_ELEMENT:
-            return;
-        case XMLParser::ATTRIBUTE:
-            node.attributes += " " + parser.GetTokenString();
-            break;
+        case XMLParser::END_ELEMENT: return;
+        case XMLParser::ATTRIBUTE: node.attributes += " " + parser.GetTokenString(); break;
         case XMLParser::ATTRIBUTE_VALUE_PAIR:
-            node.attributes += " " + parser.GetTokenString() + "=\"" + Escaped(parser.GetTokenValue()) + "\"";
+            node.attributes +=
+                " " + parser.GetTokenString() + "=\"" + Escaped(parser.GetTokenValue()) + "\"";
             break;
         case XMLParser::STRING:
             node.text += (node.text.empty() ? "" : " ") + parser.GetTokenString();
             break;
         case XMLParser::ERROR:
-        case XMLParser::END_DOC:
-            throw VelaError("the analyzer's answer is no XML vela can read");
-        default:
-            break;
+        case XMLParser::END_DOC: throw VelaError("the analyzer's answer is no XML vela can read");
+        default: break;
         }
     }
 }
@@ -64,9 +62,12 @@ void ReadContent(XMLParser& parser, Node& node) {
 std::string Indented(const Node& node, const std::string& indent = "") {
     const std::string tag = node.name + node.attributes;
     if (node.children.empty())
-        return indent + (node.text.empty() ? "<" + tag + "/>"
-                                           : "<" + tag + ">" + Escaped(node.text) + "</" + node.name + ">") + "\n";
-    std::string text = indent + "<" + tag + ">" + (node.text.empty() ? "" : Escaped(node.text)) + "\n";
+        return indent +
+               (node.text.empty() ? "<" + tag + "/>"
+                                  : "<" + tag + ">" + Escaped(node.text) + "</" + node.name + ">") +
+               "\n";
+    std::string text =
+        indent + "<" + tag + ">" + (node.text.empty() ? "" : Escaped(node.text)) + "\n";
     for (const auto& child : node.children) text += Indented(child, indent + "  ");
     return text + indent + "</" + node.name + ">\n";
 }
@@ -99,7 +100,9 @@ std::string ElementPath::Wrapped(const std::string& content) const {
 
 std::string ElementPath::QueryRequest() const { return Wrapped("&query;"); }
 
-std::string ElementPath::WriteRequest(const std::string& value) const { return Wrapped(Escaped(value)); }
+std::string ElementPath::WriteRequest(const std::string& value) const {
+    return Wrapped(Escaped(value));
+}
 
 std::optional<std::string> ElementPath::Find(const std::string& answer) const {
     std::istringstream in(answer);

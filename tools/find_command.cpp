@@ -41,8 +41,10 @@ std::string AddressText(const SocketAddress& address) {
 // (separated by commas, IPv4 first), port, then each TXT entry as key=value.
 std::string Describe(const HostInfo& info) {
     std::string addresses;
-    for (const auto& address : info.addresses) addresses += (addresses.empty() ? "" : ",") + AddressText(address);
-    std::string line = info.name + "\t" + info.host + "\t" + addresses + "\t" + std::to_string(info.port);
+    for (const auto& address : info.addresses)
+        addresses += (addresses.empty() ? "" : ",") + AddressText(address);
+    std::string line =
+        info.name + "\t" + info.host + "\t" + addresses + "\t" + std::to_string(info.port);
     for (const auto& entry : info.txt) line += "\t" + entry.first + "=" + entry.second;
     return line;
 }
@@ -63,8 +65,8 @@ int RunFind(const VelaOptions& options) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
     for (auto now = std::chrono::steady_clock::now(); now < end && !StopRequested();
          now = std::chrono::steady_clock::now())
-        PollProcessor::Instance().Poll(
-            static_cast<std::int32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(end - now).count()));
+        PollProcessor::Instance().Poll(static_cast<std::int32_t>(
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - now).count()));
     for (const auto& host : finder.Hosts()) std::cout << Describe(*host) << "\n";
     if (finder.Hosts().empty()) throw VelaError("no analyzer found");
     return kExitOk;

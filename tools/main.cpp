@@ -12,9 +12,15 @@ namespace {
 
 int Run(const VelaOptions& options) {
     static const std::map<std::string, int (*)(const VelaOptions&)> commands = {
-        {"find", RunFind},          {"stream", RunStream},      {"log", RunLog},
-        {"get", RunGet},            {"set", RunSet},            {"zero", RunCalibration},
-        {"span", RunCalibration},   {"commit", RunCalibration}, {"rollback", RunCalibration},
+        {"find", RunFind},
+        {"stream", RunStream},
+        {"log", RunLog},
+        {"get", RunGet},
+        {"set", RunSet},
+        {"zero", RunCalibration},
+        {"span", RunCalibration},
+        {"commit", RunCalibration},
+        {"rollback", RunCalibration},
         {"watch", RunWatch},
     };
     return commands.at(options.command)(options);

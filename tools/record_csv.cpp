@@ -12,7 +12,8 @@ std::string Field(const std::string& text) {
 }
 
 // `fields` joined by commas, after `first` when `with_first`.
-std::string Join(const std::string& first, const std::vector<std::string>& fields, bool with_first) {
+std::string Join(const std::string& first, const std::vector<std::string>& fields,
+                 bool with_first) {
     std::string line = with_first ? Field(first) + (fields.empty() ? "" : ",") : "";
     for (std::size_t i = 0; i < fields.size(); ++i) line += (i ? "," : "") + Field(fields[i]);
     return line;

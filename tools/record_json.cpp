@@ -46,12 +46,14 @@ std::string JsonLine(const Record& record, const RecordReader& reader) {
     std::string line = "{\"type\":" + Quoted(record.type);
     if (record.columns.empty()) {
         line += ",\"values\":[";
-        for (std::size_t i = 0; i < record.values.size(); ++i) line += (i ? "," : "") + Value(record.values[i]);
+        for (std::size_t i = 0; i < record.values.size(); ++i)
+            line += (i ? "," : "") + Value(record.values[i]);
         return line + "]}";
     }
     for (std::size_t i = 0; i < record.values.size(); ++i) {
         line += "," + Quoted(record.columns[i]) + ":" + Value(record.values[i]);
-        if (record.columns[i] == "DIAG") line += ",\"DIAGFLAGS\":" + FlagList(record.values[i], reader);
+        if (record.columns[i] == "DIAG")
+            line += ",\"DIAGFLAGS\":" + FlagList(record.values[i], reader);
     }
     return line + "}";
 }

@@ -22,7 +22,8 @@ std::vector<std::string> HeaderNames(const std::string& header) {
 bool ReadChecksum(const std::string& field, unsigned& value) {
     if (field.size() != 3) return false;
     const auto digits = field.find_first_not_of(' ');
-    if (digits == std::string::npos || field.find_first_not_of("0123456789", digits) != std::string::npos)
+    if (digits == std::string::npos ||
+        field.find_first_not_of("0123456789", digits) != std::string::npos)
         return false;
     value = static_cast<unsigned>(std::stoul(field.substr(digits)));
     return true;
@@ -33,7 +34,8 @@ bool ReadChecksum(const std::string& field, unsigned& value) {
 std::vector<std::string> SplitTabs(const std::string& line) {
     std::vector<std::string> fields;
     std::string::size_type start = 0;
-    for (std::string::size_type tab; (tab = line.find('\t', start)) != std::string::npos; start = tab + 1)
+    for (std::string::size_type tab; (tab = line.find('\t', start)) != std::string::npos;
+         start = tab + 1)
         fields.push_back(line.substr(start, tab - start));
     fields.push_back(line.substr(start));
     return fields;
@@ -56,10 +58,12 @@ std::optional<Record> RecordReader::Take(const std::string& line) {
         diag_names_.assign(fields.begin() + 1, fields.end());
         return std::nullopt;
     }
-    if (!StartsWith(fields[0], "DATA") || fields.size() < 2) throw BadRecord("not a line of the analyzer");
+    if (!StartsWith(fields[0], "DATA") || fields.size() < 2)
+        throw BadRecord("not a line of the analyzer");
     const bool header = fields[0].back() == 'H' && fields.back() == "CHK";
     if (header) {
-        columns_[fields[0].substr(0, fields[0].size() - 1)].assign(fields.begin() + 1, fields.end() - 1);
+        columns_[fields[0].substr(0, fields[0].size() - 1)].assign(fields.begin() + 1,
+                                                                   fields.end() - 1);
         return std::nullopt;
     }
     return Verify(line, std::move(fields));
@@ -67,7 +71,8 @@ std::optional<Record> RecordReader::Take(const std::string& line) {
 
 Record RecordReader::Verify(const std::string& line, std::vector<std::string> fields) const {
     unsigned checksum = 0;
-    if (!ReadChecksum(fields.back(), checksum) || checksum != Checksum(line.substr(0, line.rfind('\t') + 1)))
+    if (!ReadChecksum(fields.back(), checksum) ||
+        checksum != Checksum(line.substr(0, line.rfind('\t') + 1)))
         throw BadRecord("wrong checksum");
     Record record;
     record.type = fields.front();

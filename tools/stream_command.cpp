@@ -48,11 +48,13 @@ int Pump(const VelaOptions& options, const std::string& doing, const RecordSink&
     // then shows that the command was taken too.
     if (options.clock) exchange.Command("TurnDataClockOn");
     if (options.status) exchange.Ask(kStatusOn);
-    std::cerr << "vela: " << doing << " " << link.Identity().Describe() << " at " << options.host << " port "
-              << options.port << std::endl;
+    std::cerr << "vela: " << doing << " " << link.Identity().Describe() << " at " << options.host
+              << " port " << options.port << std::endl;
     while (!StopRequested() && (options.count == 0 || taken < options.count)) {
-        if (const auto line = link.NextLine(1000)) take(*line);
-        else if (link.Closed()) throw VelaError("the analyzer closed the connection");
+        if (const auto line = link.NextLine(1000))
+            take(*line);
+        else if (link.Closed())
+            throw VelaError("the analyzer closed the connection");
     }
     return kExitOk;
 }

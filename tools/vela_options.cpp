@@ -29,13 +29,20 @@ const char kCommonHelp[] =
 
 const std::vector<CommandEntry>& Commands() {
     static const std::vector<CommandEntry> commands = {
-        {"find", {}, 0, 0, "vela find [--timeout SECONDS]",
+        {"find",
+         {},
+         0,
+         0,
+         "vela find [--timeout SECONDS]",
          "find            list the analyzers on the local network",
          "Browses the local network for analyzers (DNS-SD service _norvance-vela._tcp)\n"
          "for --timeout seconds (default 3) and lists each one on a line: its name,\n"
          "host, addresses, port and TXT entries, separated by tabs. Fails when none\n"
          "was found.\n"},
-        {"stream", {"csv", "json", "status", "clock", "count"}, 0, 0,
+        {"stream",
+         {"csv", "json", "status", "clock", "count"},
+         0,
+         0,
          "vela stream [--csv | --json] [--status] [--clock] [--count N]",
          "stream          print the records as CSV or JSON lines",
          "Prints the analyzer's records as they come, each checked against its\n"
@@ -48,39 +55,73 @@ const std::vector<CommandEntry>& Commands() {
          "  --status    status records (DATASTAT) too\n"
          "  --clock     data clock records (DATACLOCK) too\n"
          "  --count N   end after N records\n"},
-        {"log", {"status", "clock", "count"}, 1, 1, "vela log [--status] [--clock] [--count N] DIR",
+        {"log",
+         {"status", "clock", "count"},
+         1,
+         1,
+         "vela log [--status] [--clock] [--count N] DIR",
          "log DIR         record into daily CSV files under DIR",
          "Records into daily CSV files under DIR, one per record type and day (UTC),\n"
          "such as DIR/2026-11-23_DATA.csv: the column names first, then one line a\n"
          "record. A file that exists is appended to, a partial last line left by a\n"
          "crash is dropped first. --status, --clock and --count as for stream.\n"},
-        {"get", {}, 1, 1, "vela get PATH",
+        {"get",
+         {},
+         1,
+         1,
+         "vela get PATH",
          "get PATH        print a setting, or a part of the configuration",
          "Prints an element of the analyzer's configuration, named by its path below\n"
          "vela (cfg/heater/top, output/rate): the value of an element that holds a\n"
          "value, or the element itself as indented XML. Fails when there is no such\n"
          "element.\n"},
-        {"set", {}, 2, 2, "vela set PATH VALUE",
+        {"set",
+         {},
+         2,
+         2,
+         "vela set PATH VALUE",
          "set PATH VALUE  change a setting",
          "Writes VALUE into the element at PATH (as for get) and prints the element as\n"
          "the analyzer then holds it: a value out of range shows clamped, a read-only\n"
          "element keeps its value. A value the analyzer refuses gets no answer: vela\n"
          "waits --timeout seconds, says so and fails; the daemon's output (syslog on\n"
          "the analyzer) tells why.\n"},
-        {"zero", {}, 0, 0, "vela zero",
+        {"zero",
+         {},
+         0,
+         0,
+         "vela zero",
          "zero            take the CH4 zero (zero gas flowing)",
          "Takes the CH4 zero from the last second of data (zero gas flowing) and\n"
          "prints the calibration before and after. Not kept over a restart until\n"
          "commit.\n"},
-        {"span", {}, 1, 1, "vela span PPM",
+        {"span",
+         {},
+         1,
+         1,
+         "vela span PPM",
          "span PPM        take the CH4 span (a span gas of PPM flowing)",
          "Takes the CH4 span from the last second of data, a span gas of PPM ppm\n"
          "flowing, and prints the calibration before and after.\n"},
-        {"commit", {}, 0, 0, "vela commit",
-         "commit          keep the calibration over restarts", "Keeps the calibration in force over restarts.\n"},
-        {"rollback", {}, 0, 0, "vela rollback",
-         "rollback        return to the calibration last kept", "Returns to the calibration last committed.\n"},
-        {"watch", {}, 0, 0, "vela watch",
+        {"commit",
+         {},
+         0,
+         0,
+         "vela commit",
+         "commit          keep the calibration over restarts",
+         "Keeps the calibration in force over restarts.\n"},
+        {"rollback",
+         {},
+         0,
+         0,
+         "vela rollback",
+         "rollback        return to the calibration last kept",
+         "Returns to the calibration last committed.\n"},
+        {"watch",
+         {},
+         0,
+         0,
+         "vela watch",
          "watch           a live view of the analyzer",
          "A live view of the analyzer, refreshed in place: CH4, its density, the\n"
          "temperature, pressure and signal strength, the DIAG flags (those set\n"
@@ -129,26 +170,38 @@ bool TakesValue(const std::string& option) {
 
 // Stores one option; `value` is empty for the flags.
 void Apply(VelaOptions& options, const std::string& option, const std::string& value) {
-    if (option == "host") options.host = value;
-    else if (option == "port") options.port = static_cast<unsigned short>(ParseNumber(option, value, 1, 65535));
-    else if (option == "timeout") options.timeout = ParseSeconds(value);
-    else if (option == "count") options.count = ParseNumber(option, value, 1, 1000000000);
-    else if (option == "csv") options.csv = true;
-    else if (option == "json") options.json = true;
-    else if (option == "status") options.status = true;
-    else if (option == "clock") options.clock = true;
-    else if (option == "help") options.help = true;
-    else throw UsageError("unknown option --" + option);
+    if (option == "host")
+        options.host = value;
+    else if (option == "port")
+        options.port = static_cast<unsigned short>(ParseNumber(option, value, 1, 65535));
+    else if (option == "timeout")
+        options.timeout = ParseSeconds(value);
+    else if (option == "count")
+        options.count = ParseNumber(option, value, 1, 1000000000);
+    else if (option == "csv")
+        options.csv = true;
+    else if (option == "json")
+        options.json = true;
+    else if (option == "status")
+        options.status = true;
+    else if (option == "clock")
+        options.clock = true;
+    else if (option == "help")
+        options.help = true;
+    else
+        throw UsageError("unknown option --" + option);
 }
 
 void CheckAgainst(const CommandEntry& entry, const VelaOptions& options,
                   const std::vector<std::string>& given) {
     const std::string usage = std::string("\nusage: ") + entry.usage;
     for (const auto& option : given) {
-        const bool common = option == "host" || option == "port" || option == "timeout" || option == "help";
+        const bool common =
+            option == "host" || option == "port" || option == "timeout" || option == "help";
         bool own = false;
         for (const auto& allowed : entry.options) own = own || option == allowed;
-        if (!common && !own) throw UsageError(std::string(entry.name) + " takes no --" + option + usage);
+        if (!common && !own)
+            throw UsageError(std::string(entry.name) + " takes no --" + option + usage);
     }
     if (options.csv && options.json) throw UsageError("--csv or --json, not both" + usage);
     if (options.arguments.size() < entry.min_arguments)
@@ -178,7 +231,8 @@ VelaOptions ParseVelaOptions(int argc, const char* const argv[]) {
         const std::string word = argv[i];
         if (!options_ended && word == "--") {
             options_ended = true;
-        } else if (!options_ended && (word == "-h" || (word.size() > 2 && word.compare(0, 2, "--") == 0))) {
+        } else if (!options_ended &&
+                   (word == "-h" || (word.size() > 2 && word.compare(0, 2, "--") == 0))) {
             std::string option = word == "-h" ? "help" : word.substr(2), value;
             const auto equals = option.find('=');
             if (equals != std::string::npos) {
@@ -202,7 +256,8 @@ VelaOptions ParseVelaOptions(int argc, const char* const argv[]) {
         options.help = true;
     }
     if (options.help) return options;
-    if (options.command.empty()) throw UsageError("a command is missing\nusage: vela [options] COMMAND [ARGUMENTS]");
+    if (options.command.empty())
+        throw UsageError("a command is missing\nusage: vela [options] COMMAND [ARGUMENTS]");
     const CommandEntry* entry = FindCommand(options.command);
     if (!entry) throw UsageError("unknown command " + options.command);
     CheckAgainst(*entry, options, given);

@@ -9,13 +9,13 @@ struct VelaOptions {
     std::string command;                 // "find", "stream", ...; empty for none
     std::vector<std::string> arguments;  // the words after the command that are no options
     std::string host = "localhost";
-    unsigned short port = 4410;          // BOREALIS_PORT when set
-    double timeout = 0;                  // seconds; 0: the command's default
+    unsigned short port = 4410;  // BOREALIS_PORT when set
+    double timeout = 0;          // seconds; 0: the command's default
     bool csv = false;
     bool json = false;
     bool status = false;
     bool clock = false;
-    long count = 0;                      // records to take before ending; 0: no limit
+    long count = 0;  // records to take before ending; 0: no limit
     bool help = false;
 
     // The deadline of the command in milliseconds: --timeout, or `fallback`.

@@ -27,8 +27,8 @@ public:
     // the rest of the screen below.
     void Draw(const std::string& frame) {
         std::string text = "\x1b[H";
-        for (std::string::size_type start = 0, end; (end = frame.find('\n', start)) != std::string::npos;
-             start = end + 1)
+        for (std::string::size_type start = 0, end;
+             (end = frame.find('\n', start)) != std::string::npos; start = end + 1)
             text += frame.substr(start, end - start) + "\x1b[K\n";
         std::cout << text << "\x1b[J" << std::flush;
     }
@@ -43,8 +43,10 @@ void Follow(AnalyzerConnection& link, WatchView& view, Screen& screen, bool high
     while (!StopRequested()) {
         if (const auto line = link.NextLine(kRefreshMs)) {
             try {
-                if (const auto record = reader.Take(*line)) view.Take(*record, reader);
-                else if (identity.Take(*line)) view.SetIdentity(identity);
+                if (const auto record = reader.Take(*line))
+                    view.Take(*record, reader);
+                else if (identity.Take(*line))
+                    view.SetIdentity(identity);
             } catch (const BadRecord&) {
                 view.CountBadLine();
             }

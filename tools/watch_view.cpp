@@ -56,7 +56,8 @@ std::string WatchView::Measurement(const std::string& column, const char* format
 }
 
 std::string WatchView::RecordLine() const {
-    std::string line = "  Records       " + (rate_ < 0 ? std::string("-") : std::to_string(rate_)) + " a second";
+    std::string line =
+        "  Records       " + (rate_ < 0 ? std::string("-") : std::to_string(rate_)) + " a second";
     if (last_) {
         try {
             line += ", last " + UtcTime(std::stoll(last_->Value("SECONDS")));
@@ -64,7 +65,8 @@ std::string WatchView::RecordLine() const {
             // No time to show.
         }
     }
-    return line + (bad_lines_ ? ", " + std::to_string(bad_lines_) + " bad lines skipped" : "") + "\n";
+    return line + (bad_lines_ ? ", " + std::to_string(bad_lines_) + " bad lines skipped" : "") +
+           "\n";
 }
 
 std::string WatchView::Flags(bool highlight) const {
@@ -78,14 +80,15 @@ std::string WatchView::Flags(bool highlight) const {
         name.resize(std::max<std::size_t>(name.size(), kFlagWidth - 1), ' ');
         if (bit % kFlagsPerRow == 0) text += "  ";
         text += highlight ? (set ? "\x1b[1;7m" : "\x1b[2m") + name + "\x1b[0m" : name;
-        text += (bit % kFlagsPerRow == kFlagsPerRow - 1 || bit + 1 == diag_names_.size()) ? "\n" : " ";
+        text +=
+            (bit % kFlagsPerRow == kFlagsPerRow - 1 || bit + 1 == diag_names_.size()) ? "\n" : " ";
     }
     return text;
 }
 
 std::string WatchView::Render(bool highlight) const {
-    std::string frame = identity_.model + " " + identity_.name + "  SN " + identity_.serial + "  version " +
-                        identity_.version + "  box " + identity_.box + "\n";
+    std::string frame = identity_.model + " " + identity_.name + "  SN " + identity_.serial +
+                        "  version " + identity_.version + "  box " + identity_.box + "\n";
     frame += address_ + ": " + connection_ + "\n\n";
     frame += "  CH4           " + Measurement("CH4", "%.3f") + " ppm\n";
     frame += "  CH4 density   " + Measurement("CH4D", "%.4f") + " mmol/m3\n";

@@ -42,10 +42,10 @@ private:
     AnalyzerIdentity identity_;
     std::optional<Record> last_;
     std::vector<std::string> diag_names_;
-    long long second_ = -1;    // the SECONDS of the records being counted
-    int count_ = 0;            // data records so far in that second
-    int second_changes_ = 0;   // the first second counted is a partial one
-    int rate_ = -1;            // records in the last whole second; -1 unknown
+    long long second_ = -1;   // the SECONDS of the records being counted
+    int count_ = 0;           // data records so far in that second
+    int second_changes_ = 0;  // the first second counted is a partial one
+    int rate_ = -1;           // records in the last whole second; -1 unknown
     unsigned long bad_lines_ = 0;
 };
 

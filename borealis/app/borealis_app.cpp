@@ -14,17 +14,17 @@
 #include "common/syslog_stream.h"
 
 const std::string kBorealisHelp = std::string("borealis ") + kBorealisVersion + "\n" +
-    "usage: borealis [options]\n"
-    "\n"
-    "  -h   Show this help\n"
-    "  -b   Run in the background (as a daemon)\n"
-    "  -t   Run as a real-time process (superuser only)\n"
-    "  -s   Reroute stdout to syslog (daemon does this too)\n"
-    "  -k   Kill borealis\n"
-    "  -r   Reread configuration file\n"
-    "  -d   Debug mode: output lots of debug info\n"
-    "  -z   Don't adjust the clock_yz register\n"
-    "\n";
+                                  "usage: borealis [options]\n"
+                                  "\n"
+                                  "  -h   Show this help\n"
+                                  "  -b   Run in the background (as a daemon)\n"
+                                  "  -t   Run as a real-time process (superuser only)\n"
+                                  "  -s   Reroute stdout to syslog (daemon does this too)\n"
+                                  "  -k   Kill borealis\n"
+                                  "  -r   Reread configuration file\n"
+                                  "  -d   Debug mode: output lots of debug info\n"
+                                  "  -z   Don't adjust the clock_yz register\n"
+                                  "\n";
 
 BorealisApp::BorealisApp(Platform& platform)
     : DaemonApp(platform.Path("/var/run/borealis.pid")), platform_(platform) {}
@@ -33,23 +33,19 @@ bool BorealisApp::parse_options(int argc, char* argv[], int& exit_code) {
     optind = 1;
     for (int option; (option = ::getopt(argc, argv, "tkbhrasdzx")) != -1;) {
         switch (option) {
-            case 't': realtime_ = true; break;
-            case 'b': daemon_ = use_syslog_ = true; break;
-            case 's': use_syslog_ = true; break;
-            case 'd': debug_ = true; break;
-            case 'z': no_clock_adjust_ = true; break;
-            case 'h':
-                std::cout << kBorealisHelp;
-                exit_code = 0;
-                return false;
-            case 'k':
-                exit_code = shutdown() ? 0 : -1;
-                return false;
-            case 'r':
-                exit_code = readconfig() ? 0 : -1;
-                return false;
-            default:  // -a, -x and unknown options (getopt has complained)
-                break;
+        case 't': realtime_ = true; break;
+        case 'b': daemon_ = use_syslog_ = true; break;
+        case 's': use_syslog_ = true; break;
+        case 'd': debug_ = true; break;
+        case 'z': no_clock_adjust_ = true; break;
+        case 'h':
+            std::cout << kBorealisHelp;
+            exit_code = 0;
+            return false;
+        case 'k': exit_code = shutdown() ? 0 : -1; return false;
+        case 'r': exit_code = readconfig() ? 0 : -1; return false;
+        default:  // -a, -x and unknown options (getopt has complained)
+            break;
         }
     }
     return true;

@@ -29,9 +29,10 @@ ConfigBoxData::ConfigBoxData(const std::string& name, bool withDateTime)
       date("date", withDateTime),
       time("time", withDateTime),
       theDateTime(withDateTime) {
-    for (Configurable* column : {&msec, &seconds, &nanoseconds, &diag, &ch4, &ch4d, &temp, &pressure, &rssi,
-                                 &droprate, &aux1, &aux2, &aux3, &aux4, &aux5, &aux6, &aux7, &aux8, &auxtc1,
-                                 &auxtc2, &auxtc3, &chk}) {
+    for (Configurable* column :
+         {&msec, &seconds,  &nanoseconds, &diag,   &ch4,    &ch4d, &temp, &pressure,
+          &rssi, &droprate, &aux1,        &aux2,   &aux3,   &aux4, &aux5, &aux6,
+          &aux7, &aux8,     &auxtc1,      &auxtc2, &auxtc3, &chk}) {
         add_child(column);
     }
     seconds.set_read_only(true);
@@ -58,7 +59,8 @@ ConfigBoxOutput::ConfigBoxOutput(const std::string& name)
 std::vector<std::string> ConfigBoxUSBStatus::theOptions;
 
 ConfigBoxUSBStatus::ConfigBoxUSBStatus(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"same_file", "separate_file", "off"}),
+    : ConfigurableMultipleChoice(name,
+                                 SharedOptions(theOptions, {"same_file", "separate_file", "off"}),
                                  0 /* "same_file" */) {}
 
 std::vector<std::string> ConfigBoxUSBSplit::theOptions;
@@ -66,7 +68,8 @@ std::vector<int> ConfigBoxUSBSplit::theNumbers;
 
 ConfigBoxUSBSplit::ConfigBoxUSBSplit(const std::string& name)
     : ConfigurableMultipleChoice(
-          name, SharedOptions(theOptions, {"0", "15", "30", "60", "90", "120", "180", "240", "1440"}),
+          name,
+          SharedOptions(theOptions, {"0", "15", "30", "60", "90", "120", "180", "240", "1440"}),
           0 /* "0" */) {
     SharedNumbers(theNumbers, {0, 900, 1800, 3600, 5400, 7200, 10800, 14400, 86400});
 }
@@ -74,14 +77,19 @@ ConfigBoxUSBSplit::ConfigBoxUSBSplit(const std::string& name)
 int ConfigBoxUSBSplit::number() const { return theNumbers[value()]; }
 
 ConfigBoxUSB::ConfigBoxUSB(const std::string& name)
-    : ConfigurableComposite(name), data("data", true), status("status"), split("split"), zip("zip", false) {
+    : ConfigurableComposite(name),
+      data("data", true),
+      status("status"),
+      split("split"),
+      zip("zip", false) {
     add_child(&data);
     add_child(&status);
     add_child(&split);
     add_child(&zip);
 }
 
-ConfigBox::ConfigBox(const std::string& name) : ConfigurableComposite(name), output("output"), usb("usb") {
+ConfigBox::ConfigBox(const std::string& name)
+    : ConfigurableComposite(name), output("output"), usb("usb") {
     add_child(&output);
     add_child(&usb);
 }

@@ -12,7 +12,8 @@ ConfigCalRecord::ConfigCalRecord(const std::string& name)
     add_child(&ch4span);
 }
 
-ConfigCalRecord::ConfigCalRecord(const Timestamp& when, const std::string& what, float zero, float span)
+ConfigCalRecord::ConfigCalRecord(const Timestamp& when, const std::string& what, float zero,
+                                 float span)
     : ConfigCalRecord("record") {
     time.set(when);
     type.set(what);
@@ -29,9 +30,11 @@ ConfigCalRecord& ConfigCalRecord::operator=(const ConfigCalRecord& other) {
     return *this;
 }
 
-ConfigCalHistory::ConfigCalHistory(const std::string& name) : ConfigurableCompositeDynamic<ConfigCalRecord>(name) {}
+ConfigCalHistory::ConfigCalHistory(const std::string& name)
+    : ConfigurableCompositeDynamic<ConfigCalRecord>(name) {}
 
-void ConfigCalHistory::append(const Timestamp& when, const std::string& what, float zero, float span) {
+void ConfigCalHistory::append(const Timestamp& when, const std::string& what, float zero,
+                              float span) {
     add_child(new ConfigCalRecord(when, what, zero, span));
 }
 

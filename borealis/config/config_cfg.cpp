@@ -9,12 +9,14 @@
 std::vector<std::string> ConfigCfgTempRange::theOptions;
 
 ConfigCfgTempRange::ConfigCfgTempRange(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"low", "high"}), 1 /* "high" */) {}
+    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"low", "high"}), 1 /* "high" */) {
+}
 
 namespace {
 
 // The quantity each analog output follows until a client chooses another.
-const char* const kDefaultDacSources[ConfigCfg::kDacCount] = {"ch4d", "temp", "pressure", "rssi", "droprate", "ch4"};
+const char* const kDefaultDacSources[ConfigCfg::kDacCount] = {"ch4d", "temp",     "pressure",
+                                                              "rssi", "droprate", "ch4"};
 
 }  // namespace
 
@@ -35,7 +37,8 @@ ConfigCfg::ConfigCfg(const std::string& name)
         add_child(theAux.back().get());
     }
     for (int n = 1; n <= kDacCount; ++n) {
-        theDacs.emplace_back(new ConfigCfgDac("dac" + std::to_string(n), kDefaultDacSources[n - 1]));
+        theDacs.emplace_back(
+            new ConfigCfgDac("dac" + std::to_string(n), kDefaultDacSources[n - 1]));
         add_child(theDacs.back().get());
     }
     add_child(&heater);

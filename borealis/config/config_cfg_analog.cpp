@@ -7,11 +7,16 @@
 std::vector<std::string> ConfigCfgAuxType::theOptions;
 
 ConfigCfgAuxType::ConfigCfgAuxType(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"poly", "steinhart", "linear-rt"}),
-                                 0 /* "poly" */) {}
+    : ConfigurableMultipleChoice(
+          name, SharedOptions(theOptions, {"poly", "steinhart", "linear-rt"}), 0 /* "poly" */) {}
 
 ConfigCfgAux::ConfigCfgAux(const std::string& name)
-    : ConfigurableComposite(name), type("type"), a0("a0", 0), a1("a1", 0), a2("a2", 0), a3("a3", 0) {
+    : ConfigurableComposite(name),
+      type("type"),
+      a0("a0", 0),
+      a1("a1", 0),
+      a2("a2", 0),
+      a3("a3", 0) {
     add_child(&type);
     add_child(&a0);
     add_child(&a1);
@@ -22,8 +27,9 @@ ConfigCfgAux::ConfigCfgAux(const std::string& name)
 std::vector<std::string> ConfigCfgDacSrc::theOptions;
 
 const std::vector<std::string>* ConfigCfgDacSrc::Options() {
-    return SharedOptions(theOptions, {"set", "ch4d", "ch4", "temp", "pressure", "rssi", "droprate", "aux1", "aux2",
-                                      "aux3", "aux4", "aux5", "aux6", "aux7", "aux8", "auxtc1", "auxtc2", "auxtc3"});
+    return SharedOptions(
+        theOptions, {"set", "ch4d", "ch4", "temp", "pressure", "rssi", "droprate", "aux1", "aux2",
+                     "aux3", "aux4", "aux5", "aux6", "aux7", "aux8", "auxtc1", "auxtc2", "auxtc3"});
 }
 
 namespace {

@@ -10,8 +10,8 @@
 std::vector<std::string> ConfigCfgClockPTP::theOptions;
 
 ConfigCfgClockPTP::ConfigCfgClockPTP(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"auto", "slaveonly", "preferred"}),
-                                 0 /* "auto" */) {}
+    : ConfigurableMultipleChoice(
+          name, SharedOptions(theOptions, {"auto", "slaveonly", "preferred"}), 0 /* "auto" */) {}
 
 ConfigCfgClock::ConfigCfgClock(const std::string& name)
     : ConfigurableComposite(name),

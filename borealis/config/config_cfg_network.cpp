@@ -5,7 +5,8 @@
 std::vector<std::string> ConfigAutoManual::theOptions;
 
 ConfigAutoManual::ConfigAutoManual(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"auto", "manual"}), 0 /* "auto" */) {}
+    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"auto", "manual"}),
+                                 0 /* "auto" */) {}
 
 ConfigCfgNetwork::ConfigCfgNetwork(const std::string& elementName)
     : ConfigurableComposite(elementName),

@@ -13,8 +13,8 @@ ConfigCmd::ConfigCmd(const std::string& name)
       reboot("reboot", false),
       polltest("polltest", false),
       linelock("linelock", false) {
-    for (Configurable* command : {&poll, &ch4zero, &ch4span, &calcommit, &calrollback, &calabort, &logusbstart,
-                                  &logusbstop, &reboot, &polltest, &linelock}) {
+    for (Configurable* command : {&poll, &ch4zero, &ch4span, &calcommit, &calrollback, &calabort,
+                                  &logusbstart, &logusbstop, &reboot, &polltest, &linelock}) {
         add_child(command);
     }
 }

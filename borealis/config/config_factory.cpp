@@ -39,22 +39,42 @@ ConfigFactory::ConfigFactory(const std::string& name)
       sampleacoffset("sampleacoffset", 0, kSignedWordMin, kSignedWordMax),
       sampleopticaloffset("sampleopticaloffset", 0, kSignedWordMin, kSignedWordMax),
       cmd("cmd") {
-    for (Configurable* constant : std::initializer_list<Configurable*>{
-             &serialnumber, &lasermoddepth, &laserstarttemp, &blockstarttemp, &blockstarttemplowrange,
-             &rssidropthresh, &pzero, &pspan, &samplegain, &refgain, &mirrorpos, &offset1, &delta1, &offset2,
-             &delta2, &dither, &sampledcoffset, &sampleacoffset, &sampleopticaloffset, &cmd}) {
+    for (Configurable* constant : std::initializer_list<Configurable*>{&serialnumber,
+                                                                       &lasermoddepth,
+                                                                       &laserstarttemp,
+                                                                       &blockstarttemp,
+                                                                       &blockstarttemplowrange,
+                                                                       &rssidropthresh,
+                                                                       &pzero,
+                                                                       &pspan,
+                                                                       &samplegain,
+                                                                       &refgain,
+                                                                       &mirrorpos,
+                                                                       &offset1,
+                                                                       &delta1,
+                                                                       &offset2,
+                                                                       &delta2,
+                                                                       &dither,
+                                                                       &sampledcoffset,
+                                                                       &sampleacoffset,
+                                                                       &sampleopticaloffset,
+                                                                       &cmd}) {
         add_child(constant);
     }
 }
 
 ConfigCPLDMotor::ConfigCPLDMotor(const std::string& name)
-    : ConfigurableComposite(name), control("control", 0), desired_pos("desired_pos", 0), actual_pos("actual_pos", 0) {
+    : ConfigurableComposite(name),
+      control("control", 0),
+      desired_pos("desired_pos", 0),
+      actual_pos("actual_pos", 0) {
     add_child(&control);
     add_child(&desired_pos);
     add_child(&actual_pos);
 }
 
-ConfigCPLD::ConfigCPLD(const std::string& name) : ConfigurableComposite(name), ver("ver", ""), motor("motor") {
+ConfigCPLD::ConfigCPLD(const std::string& name)
+    : ConfigurableComposite(name), ver("ver", ""), motor("motor") {
     add_child(&ver);
     add_child(&motor);
 }

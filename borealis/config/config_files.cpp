@@ -42,8 +42,8 @@ ConfigFiles::ConfigFiles(Doc4410& doc, const Platform& platform)
 
 std::vector<Configurable*> ConfigFiles::VelaConfExclusions() const {
     Config4410& vela = doc_.vela;
-    return {&vela.ver,     &vela.name,    &vela.ipaddress, &vela.serialnumber,
-            &vela.cmd,     &vela.cal,     &vela.cpld,      &vela.factory,
+    return {&vela.ver,       &vela.name,        &vela.ipaddress,   &vela.serialnumber,
+            &vela.cmd,       &vela.cal,         &vela.cpld,        &vela.factory,
             &vela.cfg.clock, &vela.cfg.network, &vela.cfg.linelock};
 }
 

@@ -40,6 +40,10 @@ std::istream& ConfigIPAddress::read_value(std::istream& in, std::ostream& err) {
     return in;
 }
 
-std::ostream& ConfigIPAddress::write_value(std::ostream& out) const { return out << theValue.ToString(); }
+std::ostream& ConfigIPAddress::write_value(std::ostream& out) const {
+    return out << theValue.ToString();
+}
 
-std::ostream& ConfigIPAddress::write_doctype(std::ostream& out) const { return out << "int.int.int.int"; }
+std::ostream& ConfigIPAddress::write_doctype(std::ostream& out) const {
+    return out << "int.int.int.int";
+}

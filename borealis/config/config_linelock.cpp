@@ -11,7 +11,8 @@ ConfigLaserCoolerAutoManual::ConfigLaserCoolerAutoManual(const std::string& name
 std::vector<std::string> ConfigLaserBlockOnOff::theOptions;
 
 ConfigLaserBlockOnOff::ConfigLaserBlockOnOff(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"off", "on", "daccount"}), 1 /* "on" */) {}
+    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"off", "on", "daccount"}),
+                                 1 /* "on" */) {}
 
 ConfigLaserCooler::ConfigLaserCooler(const std::string& name)
     : ConfigurableComposite(name),

@@ -6,8 +6,8 @@ std::vector<std::string> ConfigRate::theOptions;
 std::vector<int> ConfigRate::theNumbers;
 
 ConfigRate::ConfigRate(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"0", "1", "2", "5", "10", "20", "40"}),
-                                 6 /* "40" */) {
+    : ConfigurableMultipleChoice(
+          name, SharedOptions(theOptions, {"0", "1", "2", "5", "10", "20", "40"}), 6 /* "40" */) {
     SharedNumbers(theNumbers, {0, 1, 2, 5, 10, 20, 40});
 }
 

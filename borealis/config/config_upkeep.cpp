@@ -13,7 +13,8 @@ constexpr double kHalfAnHour = 30 * 60;
 std::vector<std::string> ConfigControl::theOptions;
 
 ConfigControl::ConfigControl(const std::string& name)
-    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"auto", "on", "off"}), 0 /* "auto" */) {}
+    : ConfigurableMultipleChoice(name, SharedOptions(theOptions, {"auto", "on", "off"}),
+                                 0 /* "auto" */) {}
 
 ConfigTopHeater::ConfigTopHeater(const std::string& name)
     : ConfigurableComposite(name),
@@ -43,7 +44,8 @@ ConfigBottomHeater::ConfigBottomHeater(const std::string& name)
     add_child(&signalstrengthlevel);
 }
 
-ConfigHeater::ConfigHeater(const std::string& name) : ConfigurableComposite(name), top("top"), bottom("bottom") {
+ConfigHeater::ConfigHeater(const std::string& name)
+    : ConfigurableComposite(name), top("top"), bottom("bottom") {
     add_child(&top);
     add_child(&bottom);
 }

@@ -3,7 +3,9 @@
 namespace {
 
 // Times of day and durations are held as seconds from the epoch of Timestamp.
-int Seconds(const ConfigurableTime_HourMinutes& time) { return static_cast<int>(time.value().get()); }
+int Seconds(const ConfigurableTime_HourMinutes& time) {
+    return static_cast<int>(time.value().get());
+}
 
 }  // namespace
 
@@ -24,8 +26,9 @@ void Doc4410::ResetCommands() {
 
 bool Doc4410::HasVisibleChange() const {
     if (!vela.has_changed()) return false;
-    const Configurable* visible[] = {&vela.output, &vela.box,  &vela.cfg,          &vela.cal,      &vela.factory,
-                                     &vela.ver,    &vela.name, &vela.serialnumber, &vela.ipaddress};
+    const Configurable* visible[] = {&vela.output, &vela.box,          &vela.cfg,
+                                     &vela.cal,    &vela.factory,      &vela.ver,
+                                     &vela.name,   &vela.serialnumber, &vela.ipaddress};
     for (const Configurable* element : visible) {
         if (element->has_changed()) return true;
     }
@@ -61,41 +64,46 @@ bool Doc4410::DispatchCfg(Listener& listener) const {
                                          Seconds(bottom.offtime));
         }
         if (top.has_changed()) {
-            listener.TopHeaterChanged(top.heaterpower.value(), top.control.value(), top.deltat.value(),
-                                      Seconds(top.ontime), Seconds(top.offtime));
+            listener.TopHeaterChanged(top.heaterpower.value(), top.control.value(),
+                                      top.deltat.value(), Seconds(top.ontime),
+                                      Seconds(top.offtime));
         }
         saveNeeded = true;
     }
     if (cfg.spinmirror.has_changed()) {
         const ConfigSpinMirror& mirror = cfg.spinmirror;
-        listener.SpinMirrorChanged(mirror.control.value(), mirror.signalstrengthlevel.value(), Seconds(mirror.ontime),
-                                   Seconds(mirror.offtime), mirror.duration.value(), Seconds(mirror.repeatinterval));
+        listener.SpinMirrorChanged(mirror.control.value(), mirror.signalstrengthlevel.value(),
+                                   Seconds(mirror.ontime), Seconds(mirror.offtime),
+                                   mirror.duration.value(), Seconds(mirror.repeatinterval));
         saveNeeded = true;
     }
     if (cfg.linelock.has_changed()) {
         const ConfigLaserCooler& cooler = cfg.linelock.lasercooler;
         const ConfigLaserBlock& block = cfg.linelock.laserblock;
         listener.LineLockChanged(cooler.control.value(), cooler.temp.value(),
-                                 static_cast<std::uint16_t>(cooler.daccount.value()), block.control.value(),
-                                 block.temp.value(), static_cast<std::uint16_t>(block.daccount.value()));
+                                 static_cast<std::uint16_t>(cooler.daccount.value()),
+                                 block.control.value(), block.temp.value(),
+                                 static_cast<std::uint16_t>(block.daccount.value()));
     }
     if (cfg.clock.has_changed()) {
         const ConfigCfgClock& clock = cfg.clock;
-        if (clock.time.has_changed() || clock.date.has_changed()) listener.ClockTimeChanged(clock.Time());
+        if (clock.time.has_changed() || clock.date.has_changed())
+            listener.ClockTimeChanged(clock.Time());
         if (clock.zone.has_changed()) listener.TimeZoneChanged(clock.zone.value_text());
         if (clock.ptp.has_changed()) listener.PtpModeChanged(clock.ptp.value());
     }
     if (cfg.network.has_changed()) {
         const ConfigCfgNetwork& network = cfg.network;
-        listener.NetworkChanged(network.name.value(), network.configuration.value() == 0 /* "auto" */,
-                                network.ipaddress.value().ToString(), network.netmask.value().ToString(),
-                                network.gateway.value().ToString());
+        listener.NetworkChanged(
+            network.name.value(), network.configuration.value() == 0 /* "auto" */,
+            network.ipaddress.value().ToString(), network.netmask.value().ToString(),
+            network.gateway.value().ToString());
     }
     for (int number = 1; number <= ConfigCfg::kAuxCount; ++number) {
         const ConfigCfgAux& aux = cfg.aux(number);
         if (!aux.has_changed()) continue;
-        listener.AuxChanged(number, aux.type.value(), aux.a0.value(), aux.a1.value(), aux.a2.value(),
-                            aux.a3.value());
+        listener.AuxChanged(number, aux.type.value(), aux.a0.value(), aux.a1.value(),
+                            aux.a2.value(), aux.a3.value());
         saveNeeded = true;
     }
     // The analog outputs are computed from the document on every record:

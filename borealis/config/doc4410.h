@@ -50,11 +50,12 @@ public:
         // cmd/logusbstop was set.
         virtual void LogUsbStopRequested() {}
         // cfg/heater/top changed.
-        virtual void TopHeaterChanged(int /*heaterpower*/, int /*control*/, float /*deltat*/, int /*ontime*/,
-                                      int /*offtime*/) {}
+        virtual void TopHeaterChanged(int /*heaterpower*/, int /*control*/, float /*deltat*/,
+                                      int /*ontime*/, int /*offtime*/) {}
         // cfg/heater/bottom changed.
-        virtual void BottomHeaterChanged(int /*heaterpower*/, int /*control*/, int /*signalstrengthlevel*/,
-                                         int /*ontime*/, int /*offtime*/) {}
+        virtual void BottomHeaterChanged(int /*heaterpower*/, int /*control*/,
+                                         int /*signalstrengthlevel*/, int /*ontime*/,
+                                         int /*offtime*/) {}
         // cfg/spinmirror changed; duration and repeatinterval in seconds.
         virtual void SpinMirrorChanged(int /*control*/, int /*signalstrengthlevel*/, int /*ontime*/,
                                        int /*offtime*/, int /*duration*/, int /*repeatinterval*/) {}
@@ -73,8 +74,8 @@ public:
                                     const std::string& /*address*/, const std::string& /*netmask*/,
                                     const std::string& /*gateway*/) {}
         // cfg/auxN changed, number 1..8.
-        virtual void AuxChanged(int /*number*/, int /*type*/, float /*a0*/, float /*a1*/, float /*a2*/,
-                                float /*a3*/) {}
+        virtual void AuxChanged(int /*number*/, int /*type*/, float /*a0*/, float /*a1*/,
+                                float /*a2*/, float /*a3*/) {}
         // Something under factory changed (after its commands, if any).
         virtual void FactoryChanged() {}
         // factory/cmd/commit was set.

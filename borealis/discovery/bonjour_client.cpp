@@ -50,7 +50,8 @@ BonjourClient::BonjourClient(BonjourClientListener* listener) : listener_(listen
     // on standard error (and so into syslog) at its first use.
     ::setenv("AVAHI_COMPAT_NOWARN", "1", 0);
     ErrorTexts();
-    for (std::size_t i = 0; i < kPoolSize; ++i) pool_.push_back(std::make_unique<BonjourServiceRef>(*this));
+    for (std::size_t i = 0; i < kPoolSize; ++i)
+        pool_.push_back(std::make_unique<BonjourServiceRef>(*this));
 }
 
 BonjourClient::~BonjourClient() = default;
@@ -65,8 +66,8 @@ BonjourServiceRef* BonjourClient::FreeSlot() {
     return nullptr;
 }
 
-void BonjourClient::Register(const std::string& name, const std::string& type, const std::string& domain,
-                             unsigned short port, const TxtMap& txt) {
+void BonjourClient::Register(const std::string& name, const std::string& type,
+                             const std::string& domain, unsigned short port, const TxtMap& txt) {
     const std::string prefix = "Unable to register service: " + name;
     BonjourServiceRef* slot = FreeSlot();
     if (!slot) return Report(prefix + kOutOfResources, true);

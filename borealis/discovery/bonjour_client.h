@@ -93,7 +93,8 @@ private:
     void Resolve(std::uint32_t interface_index, const std::string& name, const std::string& type,
                  const std::string& domain);
     // Starts the A and AAAA queries for the host of a resolved service.
-    void QueryAddresses(std::uint32_t interface_index, const std::shared_ptr<BonjourService>& service);
+    void QueryAddresses(std::uint32_t interface_index,
+                        const std::shared_ptr<BonjourService>& service);
     BonjourClientListener* listener() const { return listener_; }
 
     BonjourClientListener* listener_;

@@ -23,10 +23,12 @@ void BonjourResolver::ServiceResolved(const std::string& name, const std::string
     changed_ = true;
 }
 
-void BonjourResolver::ServiceRemoved(const std::string& name, const std::string&, const std::string&) {
-    hosts_.erase(std::remove_if(hosts_.begin(), hosts_.end(),
-                                [&](const boost::shared_ptr<HostInfo>& info) { return info->name == name; }),
-                 hosts_.end());
+void BonjourResolver::ServiceRemoved(const std::string& name, const std::string&,
+                                     const std::string&) {
+    hosts_.erase(
+        std::remove_if(hosts_.begin(), hosts_.end(),
+                       [&](const boost::shared_ptr<HostInfo>& info) { return info->name == name; }),
+        hosts_.end());
     changed_ = true;
 }
 

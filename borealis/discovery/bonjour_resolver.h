@@ -26,9 +26,10 @@ class BonjourResolver : public BonjourClientListener {
 public:
     // Adds the address to the service's record, making the record when it is
     // the first; sets the changed flag.
-    void ServiceResolved(const std::string& name, const std::string& type, const std::string& domain,
-                         std::uint32_t interface_index, const std::string& host,
-                         const SocketAddress& address, const TxtMap& txt) override;
+    void ServiceResolved(const std::string& name, const std::string& type,
+                         const std::string& domain, std::uint32_t interface_index,
+                         const std::string& host, const SocketAddress& address,
+                         const TxtMap& txt) override;
     // Drops the record of service `name`, if any, and sets the changed flag.
     void ServiceRemoved(const std::string& name, const std::string& type,
                         const std::string& domain) override;

@@ -15,9 +15,9 @@ BonjourClientEventProcessor& Processor(void* context) {
 
 }  // namespace
 
-void BonjourClientEventProcessor::OnRegister(DNSServiceRef, DNSServiceFlags, DNSServiceErrorType error,
-                                             const char* name, const char* type, const char* domain,
-                                             void* context) {
+void BonjourClientEventProcessor::OnRegister(DNSServiceRef, DNSServiceFlags,
+                                             DNSServiceErrorType error, const char* name,
+                                             const char* type, const char* domain, void* context) {
     Processor(context).RegisterReplied(error, name, type, domain);
 }
 
@@ -29,28 +29,33 @@ void BonjourClientEventProcessor::OnBrowse(DNSServiceRef, DNSServiceFlags flags,
 }
 
 void BonjourClientEventProcessor::OnResolve(DNSServiceRef, DNSServiceFlags flags,
-                                            std::uint32_t interface_index, DNSServiceErrorType error,
-                                            const char*, const char* host, std::uint16_t port,
+                                            std::uint32_t interface_index,
+                                            DNSServiceErrorType error, const char*,
+                                            const char* host, std::uint16_t port,
                                             std::uint16_t txt_length, const unsigned char* txt,
                                             void* context) {
-    Processor(context).ResolveReplied(flags, interface_index, error, host, ntohs(port), txt, txt_length);
+    Processor(context).ResolveReplied(flags, interface_index, error, host, ntohs(port), txt,
+                                      txt_length);
 }
 
-void BonjourClientEventProcessor::OnQuery(DNSServiceRef, DNSServiceFlags, std::uint32_t interface_index,
-                                          DNSServiceErrorType error, const char*,
-                                          std::uint16_t record_type, std::uint16_t, std::uint16_t length,
-                                          const void* data, std::uint32_t, void* context) {
+void BonjourClientEventProcessor::OnQuery(DNSServiceRef, DNSServiceFlags,
+                                          std::uint32_t interface_index, DNSServiceErrorType error,
+                                          const char*, std::uint16_t record_type, std::uint16_t,
+                                          std::uint16_t length, const void* data, std::uint32_t,
+                                          void* context) {
     Processor(context).QueryReplied(interface_index, error, record_type, data, length);
 }
 
-BonjourServiceRef::BonjourServiceRef(BonjourClient& client) : PollItem(POLLIN, false), client_(client) {}
+BonjourServiceRef::BonjourServiceRef(BonjourClient& client)
+    : PollItem(POLLIN, false), client_(client) {}
 
 BonjourServiceRef::~BonjourServiceRef() {
     processing_ = false;
     Release();
 }
 
-void BonjourServiceRef::Started(DNSServiceErrorType result, std::shared_ptr<BonjourService> service) {
+void BonjourServiceRef::Started(DNSServiceErrorType result,
+                                std::shared_ptr<BonjourService> service) {
     if (result != kDNSServiceErr_NoError) {
         ref_ = nullptr;  // the library leaves it undefined
         return;
@@ -89,8 +94,8 @@ void BonjourServiceRef::Failed(const char* what, DNSServiceErrorType error) {
     client_.ReportCode(what, error, false);
 }
 
-void BonjourServiceRef::RegisterReplied(DNSServiceErrorType error, const char* name, const char* type,
-                                        const char* domain) {
+void BonjourServiceRef::RegisterReplied(DNSServiceErrorType error, const char* name,
+                                        const char* type, const char* domain) {
     if (error != kDNSServiceErr_NoError) return Failed("Error registering", error);
     if (client_.listener()) client_.listener()->ServiceRegistered(name, type, domain);
 }
@@ -106,8 +111,9 @@ void BonjourServiceRef::BrowseReplied(DNSServiceFlags flags, std::uint32_t inter
 }
 
 void BonjourServiceRef::ResolveReplied(DNSServiceFlags flags, std::uint32_t interface_index,
-                                       DNSServiceErrorType error, const char* host, std::uint16_t port,
-                                       const unsigned char* txt, std::uint16_t txt_length) {
+                                       DNSServiceErrorType error, const char* host,
+                                       std::uint16_t port, const unsigned char* txt,
+                                       std::uint16_t txt_length) {
     if (error != kDNSServiceErr_NoError) return Failed("Error resolving", error);
     service_->host = host;
     service_->port = port;
@@ -118,7 +124,8 @@ void BonjourServiceRef::ResolveReplied(DNSServiceFlags flags, std::uint32_t inte
 }
 
 void BonjourServiceRef::QueryReplied(std::uint32_t interface_index, DNSServiceErrorType error,
-                                     std::uint16_t record_type, const void* data, std::uint16_t length) {
+                                     std::uint16_t record_type, const void* data,
+                                     std::uint16_t length) {
     if (error != kDNSServiceErr_NoError) return Failed("Error querying", error);
     SocketAddress address;
     if (record_type == kDNSServiceType_A && length >= sizeof(in_addr)) {
@@ -136,5 +143,6 @@ void BonjourServiceRef::QueryReplied(std::uint32_t interface_index, DNSServiceEr
     address.SetPort(service_->port);
     if (client_.listener())
         client_.listener()->ServiceResolved(service_->name, service_->type, service_->domain,
-                                            interface_index, service_->host, address, service_->txt);
+                                            interface_index, service_->host, address,
+                                            service_->txt);
 }

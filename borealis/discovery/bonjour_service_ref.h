@@ -38,19 +38,22 @@ public:
                                 DNSServiceErrorType error, const char* host, std::uint16_t port,
                                 const unsigned char* txt, std::uint16_t txt_length) = 0;
     virtual void QueryReplied(std::uint32_t interface_index, DNSServiceErrorType error,
-                              std::uint16_t record_type, const void* data, std::uint16_t length) = 0;
+                              std::uint16_t record_type, const void* data,
+                              std::uint16_t length) = 0;
 
     // The library's callbacks; `context` is a BonjourClientEventProcessor*.
     static void DNSSD_API OnRegister(DNSServiceRef, DNSServiceFlags, DNSServiceErrorType error,
                                      const char* name, const char* type, const char* domain,
                                      void* context);
-    static void DNSSD_API OnBrowse(DNSServiceRef, DNSServiceFlags flags, std::uint32_t interface_index,
-                                   DNSServiceErrorType error, const char* name, const char* type,
-                                   const char* domain, void* context);
-    static void DNSSD_API OnResolve(DNSServiceRef, DNSServiceFlags flags, std::uint32_t interface_index,
-                                    DNSServiceErrorType error, const char* full_name, const char* host,
-                                    std::uint16_t port, std::uint16_t txt_length,
-                                    const unsigned char* txt, void* context);
+    static void DNSSD_API OnBrowse(DNSServiceRef, DNSServiceFlags flags,
+                                   std::uint32_t interface_index, DNSServiceErrorType error,
+                                   const char* name, const char* type, const char* domain,
+                                   void* context);
+    static void DNSSD_API OnResolve(DNSServiceRef, DNSServiceFlags flags,
+                                    std::uint32_t interface_index, DNSServiceErrorType error,
+                                    const char* full_name, const char* host, std::uint16_t port,
+                                    std::uint16_t txt_length, const unsigned char* txt,
+                                    void* context);
     static void DNSSD_API OnQuery(DNSServiceRef, DNSServiceFlags, std::uint32_t interface_index,
                                   DNSServiceErrorType error, const char* full_name,
                                   std::uint16_t record_type, std::uint16_t record_class,
@@ -90,11 +93,12 @@ public:
 
     void RegisterReplied(DNSServiceErrorType error, const char* name, const char* type,
                          const char* domain) override;
-    void BrowseReplied(DNSServiceFlags flags, std::uint32_t interface_index, DNSServiceErrorType error,
-                       const char* name, const char* type, const char* domain) override;
-    void ResolveReplied(DNSServiceFlags flags, std::uint32_t interface_index, DNSServiceErrorType error,
-                        const char* host, std::uint16_t port, const unsigned char* txt,
-                        std::uint16_t txt_length) override;
+    void BrowseReplied(DNSServiceFlags flags, std::uint32_t interface_index,
+                       DNSServiceErrorType error, const char* name, const char* type,
+                       const char* domain) override;
+    void ResolveReplied(DNSServiceFlags flags, std::uint32_t interface_index,
+                        DNSServiceErrorType error, const char* host, std::uint16_t port,
+                        const unsigned char* txt, std::uint16_t txt_length) override;
     void QueryReplied(std::uint32_t interface_index, DNSServiceErrorType error,
                       std::uint16_t record_type, const void* data, std::uint16_t length) override;
 

@@ -37,9 +37,9 @@ void NetResetButtonDevice::ReadEvents() {
 void NetResetButtonDevice::Deliver(char event) {
     if (!listener_) return;
     switch (event) {
-        case 'D': listener_->GotDown(); break;
-        case 'U': listener_->GotUp(); break;
-        case 'L': listener_->GotLong(); break;
-        default: break;  // line ends and other bytes carry no event
+    case 'D': listener_->GotDown(); break;
+    case 'U': listener_->GotUp(); break;
+    case 'L': listener_->GotLong(); break;
+    default: break;  // line ends and other bytes carry no event
     }
 }

@@ -24,9 +24,9 @@ DataClock::DataClock(bool debug) : debug_(debug) {}
 
 TimePair DataClock::TicksAsTime(std::uint32_t ticks) const {
     const std::uint32_t fraction = ticks % ticks_per_second_;
-    return TimePair::Of(ticks / ticks_per_second_,
-                        RoundHalfUp(static_cast<double>(fraction) * kNanosecondsPerSecond /
-                                    ticks_per_second_));
+    return TimePair::Of(
+        ticks / ticks_per_second_,
+        RoundHalfUp(static_cast<double>(fraction) * kNanosecondsPerSecond / ticks_per_second_));
 }
 
 TimePair DataClock::CounterTurn() const {
@@ -70,9 +70,8 @@ bool DataClock::Sync(const TimePair& arrival, std::uint32_t ticks, std::int32_t&
     if (ticks - period_start_ < 2 * ticks_per_second_) return false;
     // A period is complete: its smallest drift is the one least delayed on
     // its way from the processor.
-    drift_sum_ = static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(static_cast<std::int64_t>(drift_sum_) + min_drift_,
-                                 -kDriftSumLimit, kDriftSumLimit));
+    drift_sum_ = static_cast<std::int32_t>(std::clamp<std::int64_t>(
+        static_cast<std::int64_t>(drift_sum_) + min_drift_, -kDriftSumLimit, kDriftSumLimit));
     period_start_ = ticks;
     last_min_drift_ = min_drift_;
     min_drift_ = drift.nanoseconds;
@@ -107,8 +106,8 @@ void DataClock::AlignBase() {
     const std::int64_t remainder = ((n + last_ticks_) % spacing + spacing) % spacing;
     if (debug_) std::cout << "ticks_remainder=" << remainder << std::endl;
     n += remainder > spacing / 2 ? spacing - remainder : -remainder;
-    base_ = TimePair::Of(base_.seconds, RoundHalfUp(static_cast<double>(n) *
-                                                    kNanosecondsPerSecond / ticks_per_second_));
+    base_ = TimePair::Of(base_.seconds, RoundHalfUp(static_cast<double>(n) * kNanosecondsPerSecond /
+                                                    ticks_per_second_));
     state_ = kSynchronised;
     if (debug_) PrintBase();
 }

@@ -28,23 +28,48 @@ struct DSPDiag {
 // One measurement (message code 7).
 struct DSPDataRecord {
     enum Value {
-        CH4D, CH4, TEMP, PRESSURE, RSSI, DROPRATE,
-        AUX1, AUX2, AUX3, AUX4, AUX5, AUX6, AUX7, AUX8,
-        AUXTC1, AUXTC2, AUXTC3,
+        CH4D,
+        CH4,
+        TEMP,
+        PRESSURE,
+        RSSI,
+        DROPRATE,
+        AUX1,
+        AUX2,
+        AUX3,
+        AUX4,
+        AUX5,
+        AUX6,
+        AUX7,
+        AUX8,
+        AUXTC1,
+        AUXTC2,
+        AUXTC3,
         VALUE_COUNT
     };
-    std::uint32_t seconds = 0;      // arrival time of the frame
+    std::uint32_t seconds = 0;  // arrival time of the frame
     std::uint32_t nanoseconds = 0;
-    std::uint32_t msec = 0;         // the processor's millisecond tick
-    std::uint32_t diag = 0;         // DSPDiag bits
+    std::uint32_t msec = 0;  // the processor's millisecond tick
+    std::uint32_t diag = 0;  // DSPDiag bits
     float values[VALUE_COUNT] = {};
 };
 
 // One status report (message code 6).
 struct DSPStatusRecord {
     enum Value {
-        LCTSETPT, LCTACTUAL, BCTSETPT, BCTACTUAL, CHASSISTEMP, OPTICSRH, RSSI,
-        REFRSSI, OPTICSTEMP, OPTICSTDELTA, AUXREFTEMP, REF, GND,
+        LCTSETPT,
+        LCTACTUAL,
+        BCTSETPT,
+        BCTACTUAL,
+        CHASSISTEMP,
+        OPTICSRH,
+        RSSI,
+        REFRSSI,
+        OPTICSTEMP,
+        OPTICSTDELTA,
+        AUXREFTEMP,
+        REF,
+        GND,
         VALUE_COUNT
     };
     std::uint32_t seconds = 0;
@@ -157,8 +182,8 @@ public:
     void SendLineLock(const DSPLineLockSetup& setup);  // 9
     void SetDropThreshold(float threshold);            // 8
     void SetOffsets(std::int16_t ac_offset, std::uint16_t dc_offset,
-                    std::uint16_t optical_offset);     // 26
-    void RequestTestData();                            // 29
+                    std::uint16_t optical_offset);  // 26
+    void RequestTestData();                         // 29
 
     // Starts the CPLD clock (with root rights). Throws ErrnoError
     // ("Unable to start CPLD clock").

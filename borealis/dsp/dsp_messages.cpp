@@ -27,7 +27,9 @@ std::string Text(const DSPFrame& frame) {
 
 // The processor's flag bits and the signal level, as diagnostic bits.
 std::uint32_t Diag(std::uint32_t flags, float rssi, float drop_rate) {
-    static const struct { std::uint32_t flag, diag; } kFlagBits[] = {
+    static const struct {
+        std::uint32_t flag, diag;
+    } kFlagBits[] = {
         {0x80, DSPDiag::NOTREADY},       {0x01, DSPDiag::REFUNLOCKED},
         {0x02, DSPDiag::BADTEMP},        {0x20, DSPDiag::LASERTEMPUNREG},
         {0x40, DSPDiag::BLOCKTEMPUNREG}, {0x04, DSPDiag::BADAUXTC1},
@@ -43,8 +45,8 @@ std::uint32_t Diag(std::uint32_t flags, float rssi, float drop_rate) {
 void DecodeData(const DSPFrame& frame, Listener& listener) {
     // Fields in the order of the record's values; -1 marks AUX5 to AUX8,
     // which the processor does not supply.
-    static const int kFields[DSPDataRecord::VALUE_COUNT] = {
-        1, 2, 5, 3, 4, 13, 6, 7, 8, 9, -1, -1, -1, -1, 10, 11, 12};
+    static const int kFields[DSPDataRecord::VALUE_COUNT] = {1, 2,  5,  3,  4,  13, 6,  7, 8,
+                                                            9, -1, -1, -1, -1, 10, 11, 12};
     DSPDataRecord record;
     record.seconds = frame.seconds;
     record.nanoseconds = frame.nanoseconds;
@@ -57,7 +59,7 @@ void DecodeData(const DSPFrame& frame, Listener& listener) {
 }
 
 void DecodeStatus(const DSPFrame& frame, Listener& listener) {
-    static const int kFields[DSPStatusRecord::VALUE_COUNT] = {1, 2, 5, 6, 7, 8, 3,
+    static const int kFields[DSPStatusRecord::VALUE_COUNT] = {1, 2,  5,  6, 7,  8, 3,
                                                               4, 10, 11, 9, 12, 13};
     DSPStatusRecord record;
     record.seconds = frame.seconds;
@@ -67,8 +69,7 @@ void DecodeStatus(const DSPFrame& frame, Listener& listener) {
         record.values[i] = FloatField(frame, kFields[i]);
     // The processor reports the optics temperature difference the other way
     // round; flipping the sign bit keeps every bit pattern, NaN included.
-    record.values[DSPStatusRecord::OPTICSTDELTA] =
-        FloatFromBits(Field(frame, 11) ^ 0x80000000u);
+    record.values[DSPStatusRecord::OPTICSTDELTA] = FloatFromBits(Field(frame, 11) ^ 0x80000000u);
     listener.GotStatus(frame.seconds, frame.nanoseconds, record);
 }
 
@@ -98,19 +99,35 @@ struct Decoder {
 
 const Decoder kDecoders[] = {
     {2, 0, [](const DSPFrame& f, Listener& l) { l.GotPong(f.seconds, f.nanoseconds); }},
-    {3, 0, [](const DSPFrame& f, Listener& l) { l.GotDSPMessage(f.seconds, f.nanoseconds, Text(f)); }},
-    {4, 0, [](const DSPFrame& f, Listener& l) { l.GotInitMessage(f.seconds, f.nanoseconds, Text(f)); }},
-    {5, 0, [](const DSPFrame& f, Listener& l) { l.GotBadCommand(f.seconds, f.nanoseconds, Text(f)); }},
+    {3, 0,
+     [](const DSPFrame& f, Listener& l) { l.GotDSPMessage(f.seconds, f.nanoseconds, Text(f)); }},
+    {4, 0,
+     [](const DSPFrame& f, Listener& l) { l.GotInitMessage(f.seconds, f.nanoseconds, Text(f)); }},
+    {5, 0,
+     [](const DSPFrame& f, Listener& l) { l.GotBadCommand(f.seconds, f.nanoseconds, Text(f)); }},
     {6, 28, DecodeStatus},
     {7, 30, DecodeData},
-    {11, 102, [](const DSPFrame& f, Listener& l) { l.GotWaveformS(f.seconds, f.nanoseconds, Waveform(f)); }},
-    {12, 102, [](const DSPFrame& f, Listener& l) { l.GotWaveformR(f.seconds, f.nanoseconds, Waveform(f)); }},
-    {18, 0, [](const DSPFrame& f, Listener& l) { l.GotFatalMessage(f.seconds, f.nanoseconds, Text(f)); }},
-    {19, 102, [](const DSPFrame& f, Listener& l) { l.GotWaveformSDC(f.seconds, f.nanoseconds, Waveform(f)); }},
-    {20, 102, [](const DSPFrame& f, Listener& l) { l.GotWaveformRDC(f.seconds, f.nanoseconds, Waveform(f)); }},
+    {11, 102,
+     [](const DSPFrame& f, Listener& l) { l.GotWaveformS(f.seconds, f.nanoseconds, Waveform(f)); }},
+    {12, 102,
+     [](const DSPFrame& f, Listener& l) { l.GotWaveformR(f.seconds, f.nanoseconds, Waveform(f)); }},
+    {18, 0,
+     [](const DSPFrame& f, Listener& l) { l.GotFatalMessage(f.seconds, f.nanoseconds, Text(f)); }},
+    {19, 102,
+     [](const DSPFrame& f, Listener& l) {
+         l.GotWaveformSDC(f.seconds, f.nanoseconds, Waveform(f));
+     }},
+    {20, 102,
+     [](const DSPFrame& f, Listener& l) {
+         l.GotWaveformRDC(f.seconds, f.nanoseconds, Waveform(f));
+     }},
     {24, 0, [](const DSPFrame& f, Listener& l) { l.GotCode24(f.seconds, f.nanoseconds); }},
-    {25, 2, [](const DSPFrame& f, Listener& l) { l.GotClockSync(f.seconds, f.nanoseconds, Field(f, 0)); }},
-    {30, 0, [](const DSPFrame& f, Listener& l) { l.GotTestData(f.seconds, f.nanoseconds, TestRecord(f)); }},
+    {25, 2,
+     [](const DSPFrame& f, Listener& l) { l.GotClockSync(f.seconds, f.nanoseconds, Field(f, 0)); }},
+    {30, 0,
+     [](const DSPFrame& f, Listener& l) {
+         l.GotTestData(f.seconds, f.nanoseconds, TestRecord(f));
+     }},
 };
 
 }  // namespace

@@ -33,7 +33,9 @@ void DSPDevice::SetLaserDrive(std::uint16_t dac_count) { Send(kSetLaserDrive, &d
 void DSPDevice::RegBlockTemp(float set_point) { SendFloat(*this, kRegBlockTemp, set_point); }
 void DSPDevice::UnregBlockTemp() { Send(kUnregBlockTemp, nullptr, 0); }
 void DSPDevice::SetBlockDrive(std::uint16_t dac_count) { Send(kSetBlockDrive, &dac_count, 1); }
-void DSPDevice::SetDropThreshold(float threshold) { SendFloat(*this, kSetDropThreshold, threshold); }
+void DSPDevice::SetDropThreshold(float threshold) {
+    SendFloat(*this, kSetDropThreshold, threshold);
+}
 void DSPDevice::RequestTestData() { Send(kRequestTestData, nullptr, 0); }
 
 void DSPDevice::SetOffsets(std::int16_t ac_offset, std::uint16_t dc_offset,

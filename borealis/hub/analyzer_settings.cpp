@@ -24,8 +24,8 @@ std::uint16_t Low16(int value) { return static_cast<std::uint16_t>(value); }
 
 }  // namespace
 
-AnalyzerSettings::AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, WashMe& mirror,
-                                   Platform& platform, bool debug)
+AnalyzerSettings::AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, WashMe& mirror, Platform& platform,
+                                   bool debug)
     : doc_(doc), dsp_(dsp), mirror_(mirror), platform_(platform), debug_(debug) {}
 
 void AnalyzerSettings::DeriveLineLockTargets() {
@@ -50,17 +50,17 @@ void AnalyzerSettings::SendLineLockControls() {
     const ConfigLaserBlock& block = doc_.vela.cfg.linelock.laserblock;
     if (block.has_changed()) {
         switch (block.control.value()) {
-            case BLOCK_ON: dsp_.RegBlockTemp(block.temp.value()); break;
-            case BLOCK_DACCOUNT: dsp_.SetBlockDrive(Low16(block.daccount.value())); break;
-            default: dsp_.UnregBlockTemp(); break;
+        case BLOCK_ON: dsp_.RegBlockTemp(block.temp.value()); break;
+        case BLOCK_DACCOUNT: dsp_.SetBlockDrive(Low16(block.daccount.value())); break;
+        default: dsp_.UnregBlockTemp(); break;
         }
     }
     const ConfigLaserCooler& cooler = doc_.vela.cfg.linelock.lasercooler;
     if (cooler.has_changed()) {
         switch (cooler.control.value()) {
-            case COOLER_MANUAL: dsp_.LockLaserTemp(cooler.temp.value()); break;
-            case COOLER_DACCOUNT: dsp_.SetLaserDrive(Low16(cooler.daccount.value())); break;
-            default: dsp_.ReleaseLaserTemp(); break;
+        case COOLER_MANUAL: dsp_.LockLaserTemp(cooler.temp.value()); break;
+        case COOLER_DACCOUNT: dsp_.SetLaserDrive(Low16(cooler.daccount.value())); break;
+        default: dsp_.ReleaseLaserTemp(); break;
         }
     }
 }

@@ -10,8 +10,7 @@ class WashMe;
 // signal processor, the programmable logic's device files and the mirror.
 class AnalyzerSettings {
 public:
-    AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, WashMe& mirror, Platform& platform,
-                     bool debug);
+    AnalyzerSettings(Doc4410& doc, DSPDevice& dsp, WashMe& mirror, Platform& platform, bool debug);
 
     // The line-lock targets follow the factory constants: the cooler
     // regulates at the laser start temperature, the block at the block

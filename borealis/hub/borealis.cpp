@@ -199,8 +199,7 @@ void Borealis::GotWaveformRDC(std::uint32_t, std::uint32_t, const DSPWaveform& w
     records_.OnWaveform("DATARDC", waveform);
 }
 
-void Borealis::GotClockSync(std::uint32_t seconds, std::uint32_t nanoseconds,
-                            std::uint32_t ticks) {
+void Borealis::GotClockSync(std::uint32_t seconds, std::uint32_t nanoseconds, std::uint32_t ticks) {
     std::int32_t correction = 0;
     const TimePair arrival = TimePair::Of(seconds, nanoseconds);
     if (!clock_.Sync(arrival, ticks, correction)) return;
@@ -248,8 +247,8 @@ void Borealis::ZeroRequested() {
 
 void Borealis::SpanRequested(float concentration) {
     try {
-        const float span = calibration_.Span(concentration, records_.Pipeline().Recent(),
-                                             records_.WorkingZero());
+        const float span =
+            calibration_.Span(concentration, records_.Pipeline().Recent(), records_.WorkingZero());
         records_.SetWorkingCalibration(records_.WorkingZero(), span);
     } catch (const CalibrationError& error) {
         return ReportCalibrationError(error);

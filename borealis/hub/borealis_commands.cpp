@@ -28,47 +28,47 @@ void Borealis::ExecuteCommand(SocketClient* client, const TextCommand& command,
                               std::ostream& answer) {
     ConfigLineLock& linelock = doc_.vela.cfg.linelock;
     switch (command.kind) {
-        case TextCommand::NONE: break;
-        case TextCommand::BASE: HandleBoxReport(client, command.rest, answer); break;
-        case TextCommand::COMMIT_CALIBRATION: calibration_.Commit(); break;
-        case TextCommand::LOCK_LASER_TEMP:
-            linelock.lasercooler.control.set(COOLER_MANUAL);
-            linelock.lasercooler.temp.set(command.number);
-            dsp_.LockLaserTemp(command.number);  // the processor gets the value as typed
-            SaveRequested();
-            break;
-        case TextCommand::PUMP_ON: mirror_.PumpOn(); break;
-        case TextCommand::PUMP_OFF: mirror_.PumpOff(); break;
-        case TextCommand::CLOSE: client->Close(); break;
-        case TextCommand::RELEASE_LASER_TEMP:
-            linelock.lasercooler.control.set(COOLER_AUTO);
-            dsp_.ReleaseLaserTemp();
-            SaveRequested();
-            break;
-        case TextCommand::ROLLBACK_CALIBRATION: CalRollbackRequested(); break;
-        case TextCommand::REG_BLOCK_TEMP:
-            dsp_.RegBlockTemp(command.number);
-            linelock.laserblock.control.set(BLOCK_ON);
-            linelock.laserblock.temp.set(command.number);
-            SaveRequested();
-            break;
-        case TextCommand::SPAN_CH4: SpanRequested(command.number); break;
-        case TextCommand::DATA_CLOCK_ON:
-            SetOutput(client, OutputBit::DATACLOCK, true);
-            records_.SendClockHeader(answer);
-            break;
-        case TextCommand::DATA_CLOCK_OFF: SetOutput(client, OutputBit::DATACLOCK, false); break;
-        case TextCommand::DATA_CLOCK_SYNC_ON:
-            SetOutput(client, OutputBit::DATACLOCKSYNC, true);
-            records_.SendClockSyncHeader(answer);
-            break;
-        case TextCommand::DATA_CLOCK_SYNC_OFF:
-            SetOutput(client, OutputBit::DATACLOCKSYNC, false);
-            break;
-        case TextCommand::WAVEFORMS_ON: SetOutput(client, OutputBit::WAVEFORMS, true); break;
-        case TextCommand::WAVEFORMS_OFF: SetOutput(client, OutputBit::WAVEFORMS, false); break;
-        case TextCommand::UNREG_BLOCK_TEMP: dsp_.UnregBlockTemp(); break;
-        case TextCommand::ZERO_CH4: ZeroRequested(); break;
+    case TextCommand::NONE: break;
+    case TextCommand::BASE: HandleBoxReport(client, command.rest, answer); break;
+    case TextCommand::COMMIT_CALIBRATION: calibration_.Commit(); break;
+    case TextCommand::LOCK_LASER_TEMP:
+        linelock.lasercooler.control.set(COOLER_MANUAL);
+        linelock.lasercooler.temp.set(command.number);
+        dsp_.LockLaserTemp(command.number);  // the processor gets the value as typed
+        SaveRequested();
+        break;
+    case TextCommand::PUMP_ON: mirror_.PumpOn(); break;
+    case TextCommand::PUMP_OFF: mirror_.PumpOff(); break;
+    case TextCommand::CLOSE: client->Close(); break;
+    case TextCommand::RELEASE_LASER_TEMP:
+        linelock.lasercooler.control.set(COOLER_AUTO);
+        dsp_.ReleaseLaserTemp();
+        SaveRequested();
+        break;
+    case TextCommand::ROLLBACK_CALIBRATION: CalRollbackRequested(); break;
+    case TextCommand::REG_BLOCK_TEMP:
+        dsp_.RegBlockTemp(command.number);
+        linelock.laserblock.control.set(BLOCK_ON);
+        linelock.laserblock.temp.set(command.number);
+        SaveRequested();
+        break;
+    case TextCommand::SPAN_CH4: SpanRequested(command.number); break;
+    case TextCommand::DATA_CLOCK_ON:
+        SetOutput(client, OutputBit::DATACLOCK, true);
+        records_.SendClockHeader(answer);
+        break;
+    case TextCommand::DATA_CLOCK_OFF: SetOutput(client, OutputBit::DATACLOCK, false); break;
+    case TextCommand::DATA_CLOCK_SYNC_ON:
+        SetOutput(client, OutputBit::DATACLOCKSYNC, true);
+        records_.SendClockSyncHeader(answer);
+        break;
+    case TextCommand::DATA_CLOCK_SYNC_OFF:
+        SetOutput(client, OutputBit::DATACLOCKSYNC, false);
+        break;
+    case TextCommand::WAVEFORMS_ON: SetOutput(client, OutputBit::WAVEFORMS, true); break;
+    case TextCommand::WAVEFORMS_OFF: SetOutput(client, OutputBit::WAVEFORMS, false); break;
+    case TextCommand::UNREG_BLOCK_TEMP: dsp_.UnregBlockTemp(); break;
+    case TextCommand::ZERO_CH4: ZeroRequested(); break;
     }
 }
 

@@ -36,7 +36,11 @@ std::int64_t WallClockSeconds() {
 
 ClientSessions::ClientSessions(const Platform& platform, Doc4410& doc, ClientFanout& fanout,
                                MeasurementRecords& records, const InterfaceBox& box, bool debug)
-    : platform_(platform), doc_(doc), fanout_(fanout), records_(records), box_(box),
+    : platform_(platform),
+      doc_(doc),
+      fanout_(fanout),
+      records_(records),
+      box_(box),
       debug_(debug) {}
 
 void ClientSessions::Greet(SocketClient* client) {

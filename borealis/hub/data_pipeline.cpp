@@ -88,14 +88,10 @@ float SteinhartHart(float a0, float a1, float a2, float a3, float v) {
 
 float ConvertAux(int type, float a0, float a1, float a2, float a3, float v) {
     switch (type) {
-    case kPoly:
-        return a0 + v * (a1 + v * (a2 + v * a3));
-    case kSteinhart:
-        return SteinhartHart(a0, a1, a2, a3, v);
-    case kLinearRt:
-        return a1 + a2 * (a0 * v / (kSupplyVolts - v));
-    default:
-        return v;
+    case kPoly: return a0 + v * (a1 + v * (a2 + v * a3));
+    case kSteinhart: return SteinhartHart(a0, a1, a2, a3, v);
+    case kLinearRt: return a1 + a2 * (a0 * v / (kSupplyVolts - v));
+    default: return v;
     }
 }
 
@@ -103,7 +99,8 @@ void ConvertAuxInputs(DSPDataRecord& record, const ConfigCfg& cfg) {
     for (int n = 1; n <= ConfigCfg::kAuxCount; ++n) {
         const ConfigCfgAux& aux = cfg.aux(n);
         float& v = record.values[DSPDataRecord::AUX1 + n - 1];
-        v = ConvertAux(aux.type.value(), aux.a0.value(), aux.a1.value(), aux.a2.value(), aux.a3.value(), v);
+        v = ConvertAux(aux.type.value(), aux.a0.value(), aux.a1.value(), aux.a2.value(),
+                       aux.a3.value(), v);
     }
 }
 
@@ -131,8 +128,8 @@ namespace {
 
 // The dacN/src choices that follow a record value, in the record's order.
 const char* const kRecordSources[DSPDataRecord::VALUE_COUNT] = {
-    "ch4d", "ch4",  "temp", "pressure", "rssi",   "droprate", "aux1",   "aux2",  "aux3",
-    "aux4", "aux5", "aux6", "aux7",     "aux8",   "auxtc1",   "auxtc2", "auxtc3"};
+    "ch4d", "ch4",  "temp", "pressure", "rssi", "droprate", "aux1",   "aux2",  "aux3",
+    "aux4", "aux5", "aux6", "aux7",     "aux8", "auxtc1",   "auxtc2", "auxtc3"};
 
 // The value an output follows: the record value named by its source, or its
 // set value ("set", and any name that is not a record value).

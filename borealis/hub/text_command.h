@@ -10,16 +10,16 @@
 struct TextCommand {
     enum Kind {
         NONE,
-        BASE,                  // an interface box's report; `rest` holds what follows the word
+        BASE,  // an interface box's report; `rest` holds what follows the word
         COMMIT_CALIBRATION,
-        LOCK_LASER_TEMP,       // `number`: the set point
+        LOCK_LASER_TEMP,  // `number`: the set point
         PUMP_ON,
         PUMP_OFF,
-        CLOSE,                 // "q" or "Q" alone
+        CLOSE,  // "q" or "Q" alone
         RELEASE_LASER_TEMP,
         ROLLBACK_CALIBRATION,
-        REG_BLOCK_TEMP,        // `number`: the set point
-        SPAN_CH4,              // `number`: the span gas in ppm, above 0
+        REG_BLOCK_TEMP,  // `number`: the set point
+        SPAN_CH4,        // `number`: the span gas in ppm, above 0
         DATA_CLOCK_ON,
         DATA_CLOCK_OFF,
         DATA_CLOCK_SYNC_ON,

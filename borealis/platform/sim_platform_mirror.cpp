@@ -24,7 +24,8 @@ int ConnectSeqPacket(const std::string& path) {
     if (path.size() >= sizeof address.sun_path) return -1;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     int fd = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-    if (fd >= 0 && ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    if (fd >= 0 &&
+        ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         ::close(fd);
         return -1;
     }
@@ -70,7 +71,8 @@ private:
         using Clock = std::chrono::steady_clock;
         const Clock::time_point deadline = Clock::now() + kStatusTimeout;
         for (;;) {
-            auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+            auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
             pollfd item{socket_.GetFd(), POLLIN, 0};
             int ready = ::poll(&item, 1, left.count() > 0 ? static_cast<int>(left.count()) : 0);
             if (ready > 0) return (item.revents & POLLIN) != 0;

@@ -27,7 +27,8 @@ bool SendDatagram(const std::string& socket_path, const std::string& message) {
 
 SysLog::Writer SimSyslogWriter(const std::string& socket_path, const std::string& identity) {
     return [socket_path, identity](int priority, const std::string& text) {
-        std::string message = "<" + std::to_string(LOG_USER | priority) + ">" + identity + ": " + text;
+        std::string message =
+            "<" + std::to_string(LOG_USER | priority) + ">" + identity + ": " + text;
         if (!SendDatagram(socket_path, message)) ::syslog(priority, "%s", text.c_str());
     };
 }

@@ -33,8 +33,8 @@ ifreq Request(const std::string& host_name) {
 
 std::string FormatHardwareAddress(const unsigned char* bytes) {
     char text[18];
-    std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", bytes[0], bytes[1],
-                  bytes[2], bytes[3], bytes[4], bytes[5]);
+    std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", bytes[0], bytes[1], bytes[2],
+                  bytes[3], bytes[4], bytes[5]);
     return text;
 }
 
@@ -97,8 +97,7 @@ void NetworkInterfaceInfo::FindBridge(const Platform& platform) {
     while (const dirent* entry = ::readdir(dir)) {
         std::string candidate_id;
         if (IsInterfaceEntry(folder, *entry) &&
-            ReadBridgeId(platform, entry->d_name, candidate_id) &&
-            candidate_id == id) {
+            ReadBridgeId(platform, entry->d_name, candidate_id) && candidate_id == id) {
             is_bridge_port = true;
             bridge = entry->d_name;
             break;

@@ -27,15 +27,15 @@ public:
     NetworkInterfaceInfo(const Platform& platform, const std::string& name);
 
     std::string name;
-    bool present = false;           // exists and is up
-    unsigned index = 0;             // kernel interface index
-    bool running = false;           // has carrier
+    bool present = false;  // exists and is up
+    unsigned index = 0;    // kernel interface index
+    bool running = false;  // has carrier
     bool has_address = false;
     SocketAddress address{AF_INET};  // the IPv4 any-address when none
-    std::string hardware_address;   // "00:1a:2b:3c:4d:5e"; empty when none
+    std::string hardware_address;    // "00:1a:2b:3c:4d:5e"; empty when none
     bool is_bridge = false;
     bool is_bridge_port = false;
-    std::string bridge;             // the bridge this interface is a port of
+    std::string bridge;  // the bridge this interface is a port of
 
 private:
     void ReadRequests(int fd, const std::string& host_name);

@@ -14,8 +14,7 @@ namespace {
 
 // A line such as "iface br0 inet static" that names the interface right
 // after `keyword`; "iface br0.5" names another interface.
-bool NamesInterface(const std::string& line, const std::string& keyword,
-                    const std::string& name) {
+bool NamesInterface(const std::string& line, const std::string& keyword, const std::string& name) {
     const std::string prefix = keyword + " " + name;
     return StartsWith(line, prefix) &&
            (line.size() == prefix.size() ||

@@ -25,9 +25,8 @@ void NetworkSettings::ReadInterfaces() {
     config_ = ReadInterfaceConfig(text.value_or(""), interface_name_);
 }
 
-void NetworkSettings::Update(const std::string& host_name, bool dhcp,
-                             const SocketAddress& address, const SocketAddress& netmask,
-                             const SocketAddress& gateway) {
+void NetworkSettings::Update(const std::string& host_name, bool dhcp, const SocketAddress& address,
+                             const SocketAddress& netmask, const SocketAddress& gateway) {
     if (host_name != host_name_) {
         host_name_ = host_name;
         host_name_changed_ = true;

@@ -15,8 +15,7 @@ public:
 
     // Reads the mode from the configuration file (system paths, found
     // through `platform`). Never fails.
-    explicit PtpSettings(Platform& platform,
-                         const std::string& config_file = "/etc/sysconfig/ptpd",
+    explicit PtpSettings(Platform& platform, const std::string& config_file = "/etc/sysconfig/ptpd",
                          const std::string& init_script = "/etc/rc.d/init.d/ptpd");
 
     // Reads the mode from the configuration file again and returns it; a

@@ -17,18 +17,11 @@ int SpinSequencer::Step() {
         return kSpin;
     }
     switch (step_) {
-    case 1:
-        step_ = 2;
-        return kIdle;
+    case 1: step_ = 2; return kIdle;
     case 2:
-    case 3:
-        ++step_;
-        return kSettle;
-    case 4:
-        step_ = 0;
-        return kSettle;
-    default:
-        return kIdle;
+    case 3: ++step_; return kSettle;
+    case 4: step_ = 0; return kSettle;
+    default: return kIdle;
     }
 }
 

@@ -93,11 +93,15 @@ void TopHeaterController::Update(int t) {
 int TopHeaterController::PowerFor(float error, float rate) const {
     const ErrorSets e = ErrorMemberships(error);
     const RateSets r = RateMemberships(rate);
-    const std::array<int, 9> strengths{
-        e.a,
-        std::min(r.n, e.b), std::min(r.z, e.b), std::min(r.p, e.b),
-        std::min(r.n, e.c), std::min(r.z, e.c), std::min(r.p, e.c),
-        e.d, e.e};
+    const std::array<int, 9> strengths{e.a,
+                                       std::min(r.n, e.b),
+                                       std::min(r.z, e.b),
+                                       std::min(r.p, e.b),
+                                       std::min(r.n, e.c),
+                                       std::min(r.z, e.c),
+                                       std::min(r.p, e.c),
+                                       e.d,
+                                       e.e};
     int weighted = 0;
     int total = 0;
     for (std::size_t i = 0; i < strengths.size(); ++i) {

@@ -73,9 +73,7 @@ void WashMe::TopHeaterOff() {
     top_schedule_.Disable();
 }
 
-void WashMe::SetMirrorPosition(int value) {
-    SendSingle('m', value, kMaxMirrorPosition, m_);
-}
+void WashMe::SetMirrorPosition(int value) { SendSingle('m', value, kMaxMirrorPosition, m_); }
 
 void WashMe::ScheduleWash(int level, int on, int off, int duration, int repeat) {
     const WashSlots slots = WashSlotsFor(duration, repeat);
@@ -105,11 +103,13 @@ void WashMe::Tick(int t, int level, float sample, bool bad_sample) {
     if (top_schedule_.Enabled())
         top = top_schedule_.RunSchedule(t, level) ? top_controller_.Output() : 0;
     int bottom = b_;
-    if (bottom_schedule_.Enabled()) bottom = bottom_schedule_.RunSchedule(t, level) ? bottom_power_ : 0;
+    if (bottom_schedule_.Enabled())
+        bottom = bottom_schedule_.RunSchedule(t, level) ? bottom_power_ : 0;
     int pump = p_;
     if (pump_schedule_.Enabled()) pump = pump_schedule_.RunSchedule(t, level) ? 1 : 0;
-    const int code = wash_schedule_.Enabled() ? sequencer_.Step(wash_schedule_.RunSchedule(t, level))
-                                              : sequencer_.Step();
+    const int code = wash_schedule_.Enabled()
+                         ? sequencer_.Step(wash_schedule_.RunSchedule(t, level))
+                         : sequencer_.Step();
     SendAll(code, top, bottom, pump);
 }
 
@@ -124,9 +124,7 @@ int WashMe::ReadStatus(bool& failed) {
 void WashMe::SpinMirrorChanged(int control, int signalstrengthlevel, int ontime, int offtime,
                                int duration, int repeatinterval) {
     switch (control) {
-    case kAuto:
-        ScheduleWash(signalstrengthlevel, ontime, offtime, duration, repeatinterval);
-        break;
+    case kAuto: ScheduleWash(signalstrengthlevel, ontime, offtime, duration, repeatinterval); break;
     case kOn:
         WashNow();
         PumpOff();
@@ -149,19 +147,13 @@ void WashMe::TopHeaterChanged(int heaterpower, int control, float deltat, int on
     if (control == kAuto) ScheduleTopHeater(kAlwaysRun, ontime, offtime, kHeaterSlot);
 }
 
-void WashMe::BottomHeaterChanged(int heaterpower, int control, int signalstrengthlevel,
-                                 int ontime, int offtime) {
+void WashMe::BottomHeaterChanged(int heaterpower, int control, int signalstrengthlevel, int ontime,
+                                 int offtime) {
     bottom_power_ = heaterpower;
     switch (control) {
-    case kAuto:
-        ScheduleBottomHeater(signalstrengthlevel, ontime, offtime, kHeaterSlot);
-        break;
-    case kOn:
-        BottomHeaterOn();
-        break;
-    case kOff:
-        BottomHeaterOff();
-        break;
+    case kAuto: ScheduleBottomHeater(signalstrengthlevel, ontime, offtime, kHeaterSlot); break;
+    case kOn: BottomHeaterOn(); break;
+    case kOff: BottomHeaterOff(); break;
     }
 }
 
@@ -193,8 +185,8 @@ void WashMe::SendAll(int code, int top, int bottom, int pump) {
     bottom = std::clamp(bottom, 0, kMaxPercent);
     pump = std::clamp(pump, 0, 1);
     if (code == c_ && top == t_ && bottom == b_ && pump == p_) return;
-    if (!Send("c" + std::to_string(code) + " t" + std::to_string(top) + " b" + std::to_string(bottom) +
-              " p" + std::to_string(pump)))
+    if (!Send("c" + std::to_string(code) + " t" + std::to_string(top) + " b" +
+              std::to_string(bottom) + " p" + std::to_string(pump)))
         return;
     ControlSent(code);
     t_ = top;

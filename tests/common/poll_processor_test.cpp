@@ -7,7 +7,6 @@
 
 #include <stdexcept>
 
-
 namespace {
 
 void Poll(std::int32_t timeout_ms) { PollProcessor::Instance().Poll(timeout_ms); }

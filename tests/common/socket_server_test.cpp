@@ -111,7 +111,8 @@ TEST_F(SocketServerTest, NotifiesTheListenersInOrderUntilRemoved) {
     server->RemoveListener(&second);
     peer.reset();
     ASSERT_TRUE(PollUntil([&] { return listener.Count("removed") == 1; }));
-    std::vector<std::string> expected = {"added", "connected", "request hello\n", "request world\n"};
+    std::vector<std::string> expected = {"added", "connected", "request hello\n",
+                                         "request world\n"};
     EXPECT_EQ(second.log, expected);
     expected.push_back("removed");
     EXPECT_EQ(listener.log, expected);
@@ -156,8 +157,10 @@ TEST_F(SocketServerTest, FailingClientIsClosedWithItsErrorAlone) {
     for (bool reset : {false, true}) {
         auto victim = Connect();
         testing::internal::CaptureStdout();
-        if (reset) victim->Reset();
-        else victim->Write("boom\n");
+        if (reset)
+            victim->Reset();
+        else
+            victim->Write("boom\n");
         bool closed = PollUntil([&] { return listener.Count("removed") == (reset ? 2 : 1); });
         EXPECT_EQ(testing::internal::GetCapturedStdout(),
                   reset ? "SocketClient::HandleRead(): Got exception StreamFileBase: error in "

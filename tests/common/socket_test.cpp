@@ -68,4 +68,3 @@ TEST(Socket, AcceptWithNothingPendingReportsEAGAIN) {
     EXPECT_EQ(ErrorText([&] { listener.Accept(); }),
               "Socket: accept error: Resource temporarily unavailable");
 }
-

@@ -43,7 +43,9 @@ TEST(StreamFileBase, ClosedObjectRefusesEveryOperation) {
     char byte = 0;
     std::string text;
     const std::function<void()> operations[] = {
-        [&] { file.Write(&byte, 1); }, [&] { file.Read(&byte, 1); }, [&] { file.Read(text); },
+        [&] { file.Write(&byte, 1); },
+        [&] { file.Read(&byte, 1); },
+        [&] { file.Read(text); },
         [&] { file.SetNonBlocking(); },
     };
     for (const auto& operation : operations)

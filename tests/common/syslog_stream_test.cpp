@@ -16,7 +16,8 @@ namespace {
 struct CapturedSysLog : SysLog {
     std::vector<std::pair<int, std::string>> lines;
     CapturedSysLog() {
-        SetWriter([this](int priority, const std::string& text) { lines.emplace_back(priority, text); });
+        SetWriter(
+            [this](int priority, const std::string& text) { lines.emplace_back(priority, text); });
     }
 };
 
@@ -24,7 +25,8 @@ TEST(SysLog, IdentityIsSetOnceAndNeverChanged) {
     CapturedSysLog log;
     EXPECT_EQ(ErrorText([&] { log.Write("x\n", 5); }), "SysLog: Undefined identity");
     EXPECT_EQ(ErrorText([&] { log.SetIdentity(""); }), "SysLog: Undefined identity");
-    EXPECT_EQ(ErrorText([&] { log.SetIdentity("UNKNOWN"); }), "SysLog: 'UNKNOWN' is not a valid identity");
+    EXPECT_EQ(ErrorText([&] { log.SetIdentity("UNKNOWN"); }),
+              "SysLog: 'UNKNOWN' is not a valid identity");
     EXPECT_EQ(ErrorText([&] { log.SetIdentity("borealis"); }), "");
     EXPECT_EQ(ErrorText([&] { log.SetIdentity("borealis"); }), "");
     EXPECT_EQ(ErrorText([&] { log.SetIdentity("other"); }), "SysLog: Identity cannot be changed");

@@ -58,8 +58,8 @@ TEST(Timestamp, WritesAndReadsItsText) {
 }
 
 TEST(Timestamp, BadDateLeavesValueUnchangedAndFailsStream) {
-    for (const char* text : {"", "x", "1989", "1989/01/01 00:00:00", "1989-01", "1989-01/01",
-                             "1989-xx-01"}) {
+    for (const char* text :
+         {"", "x", "1989", "1989/01/01 00:00:00", "1989-01", "1989-01/01", "1989-xx-01"}) {
         std::istringstream in(text);
         Timestamp stamp(1234.5);
         in >> stamp;
@@ -69,8 +69,8 @@ TEST(Timestamp, BadDateLeavesValueUnchangedAndFailsStream) {
 }
 
 TEST(Timestamp, FieldsCarryAndTwoDigitYearsAndRangeLimit) {
-    EXPECT_EQ(Timestamp(0, 1, 1, 0, 0, 0).get(), 347068800);    // 2000
-    EXPECT_EQ(Timestamp(90, 1, 1, 0, 0, 0).get(), 31536000);    // 1990
+    EXPECT_EQ(Timestamp(0, 1, 1, 0, 0, 0).get(), 347068800);     // 2000
+    EXPECT_EQ(Timestamp(90, 1, 1, 0, 0, 0).get(), 31536000);     // 1990
     EXPECT_EQ(Timestamp(1989, 13, 1, 0, 0, 0).get(), 31536000);  // month 13
     EXPECT_EQ(Timestamp(1989, 1, 32, 0, 0, 60).get(), 2678460);  // day and second carry
     EXPECT_EQ(Timestamp(1988, 12, 31, 0, 0, 0).get(), 0);

@@ -10,9 +10,31 @@
 namespace {
 
 // Bits of XML that edits insert, so that inputs stay close to requests.
-const char* const FRAGMENTS[] = {"<", ">", "/", "=", "\"", "&", ";", "{", " ", "a", "<L>", "</L>",
-    "<d><e><g>", "</g></e></d>", "<dog ", "sticky", "/>", "&query;", "&query_item;",
-    "&query_changes;", "&query_doctype;", "&query_junk;", "<!--", "<?", "inf"};
+const char* const FRAGMENTS[] = {"<",
+                                 ">",
+                                 "/",
+                                 "=",
+                                 "\"",
+                                 "&",
+                                 ";",
+                                 "{",
+                                 " ",
+                                 "a",
+                                 "<L>",
+                                 "</L>",
+                                 "<d><e><g>",
+                                 "</g></e></d>",
+                                 "<dog ",
+                                 "sticky",
+                                 "/>",
+                                 "&query;",
+                                 "&query_item;",
+                                 "&query_changes;",
+                                 "&query_doctype;",
+                                 "&query_junk;",
+                                 "<!--",
+                                 "<?",
+                                 "inf"};
 
 // One to four edits of a request: insert a fragment, erase, overwrite a byte
 // or cut the text short.
@@ -23,7 +45,9 @@ std::string Mutate(std::string text, std::mt19937& random) {
         switch (below(3)) {
         case 0: text.insert(at, FRAGMENTS[below(std::size(FRAGMENTS) - 1)]); break;
         case 1: text.erase(at, below(4)); break;
-        case 2: if (at < text.size()) text[at] = static_cast<char>(below(255)); break;
+        case 2:
+            if (at < text.size()) text[at] = static_cast<char>(below(255));
+            break;
         default: text.resize(at); break;
         }
     }

@@ -38,8 +38,9 @@ TEST(Configurable, ThrowsErrorsWhenAsked) {
 // The names of the tree's nodes that are marked changed.
 std::string Changed(const TestTree& tree) {
     std::string names;
-    for (const Configurable* node : std::vector<const Configurable*>{&tree.L, &tree.a, &tree.d,
-             &tree.e, &tree.f, &tree.GG, &tree.dog, tree.dog.attributes(), &tree.pitch}) {
+    for (const Configurable* node :
+         std::vector<const Configurable*>{&tree.L, &tree.a, &tree.d, &tree.e, &tree.f, &tree.GG,
+                                          &tree.dog, tree.dog.attributes(), &tree.pitch}) {
         if (node->has_changed()) names += (names.empty() ? "" : " ") + node->name();
     }
     return names;

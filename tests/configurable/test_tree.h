@@ -26,8 +26,10 @@ public:
 
     std::istream& read_value(std::istream& in, std::ostream& err) override {
         float value = 0;
-        if (in >> value) set(value);
-        else err << "unable to read float";
+        if (in >> value)
+            set(value);
+        else
+            err << "unable to read float";
         return in;
     }
     std::ostream& write_value(std::ostream& out) const override { return out << theValue; }

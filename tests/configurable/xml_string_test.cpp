@@ -8,16 +8,14 @@
 
 namespace {
 
-std::string Written(const XMLString& value)
-{
+std::string Written(const XMLString& value) {
     std::ostringstream out;
     value.Write(out);
     return out.str();
 }
 
 // What is left in the stream after a read, whatever state the read left.
-std::string Rest(std::istream& in)
-{
+std::string Rest(std::istream& in) {
     in.clear();
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
@@ -30,8 +28,7 @@ struct ReadCase {
 
 }  // namespace
 
-TEST(XmlString, WritesEscapedTextThatReadsBack)
-{
+TEST(XmlString, WritesEscapedTextThatReadsBack) {
     const struct {
         const char* value;
         const char* text;
@@ -54,8 +51,7 @@ TEST(XmlString, WritesEscapedTextThatReadsBack)
     }
 }
 
-TEST(XmlString, ReadStopsAtMarkupQuotesAndTrailingWhitespace)
-{
+TEST(XmlString, ReadStopsAtMarkupQuotesAndTrailingWhitespace) {
     const ReadCase cases[] = {
         {"Read up to tag </end_tag>", "Read up to tag", "</end_tag>"},
         {"<tag> the tag prevents reading anything", "", "<tag> the tag prevents reading anything"},
@@ -84,8 +80,7 @@ TEST(XmlString, ReadStopsAtMarkupQuotesAndTrailingWhitespace)
 
 // A name is read from the very next character, and a name is written as the
 // longest prefix of its value that a read would take.
-TEST(XmlName, ReadsAndWritesOnlyTheNameAtTheStart)
-{
+TEST(XmlName, ReadsAndWritesOnlyTheNameAtTheStart) {
     const ReadCase cases[] = {
         {"name", "name", ""},
         {"&entity_name;", "&entity_name;", ""},

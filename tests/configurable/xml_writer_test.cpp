@@ -7,8 +7,7 @@
 
 // The indented layout, one element or text a line with tabs, is pinned by
 // the instrument document's golden files; this is the compact one line.
-TEST(XmlWriter, EscapesTextAndSelfClosesEmptyElements)
-{
+TEST(XmlWriter, EscapesTextAndSelfClosesEmptyElements) {
     std::ostringstream out;
     XMLWriter writer(out, false);
     writer.StartElement("a");

@@ -17,8 +17,8 @@
 //   unshare --net --mount --uts -- sh -c "$lab" &
 //   dbus-daemon --config-file=DIR/bus.conf --nofork --print-address &
 //   export DBUS_SYSTEM_BUS_ADDRESS=unix:path=DIR/bus
-//   nsenter -t PID -n -m -u -- avahi-daemon -f DIR/avahi.conf --no-drop-root --no-chroot --no-rlimits &
-//   nsenter -t PID -n -u -- avahi-browse -rpt _norvance-vela._tcp
+//   nsenter -t PID -n -m -u -- avahi-daemon -f DIR/avahi.conf --no-drop-root --no-chroot
+//   --no-rlimits & nsenter -t PID -n -u -- avahi-browse -rpt _norvance-vela._tcp
 //
 // and the analyzer inside it, after `vela-sim --root R &`:
 //
@@ -56,7 +56,8 @@ inline std::string FindProgram(const std::string& name) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(std::string(path ? path : "") + ":/usr/sbin:/sbin:/usr/bin:/bin");
     for (std::string folder; std::getline(folders, folder, ':');)
-        if (!folder.empty() && ::access((folder + "/" + name).c_str(), X_OK) == 0) return folder + "/" + name;
+        if (!folder.empty() && ::access((folder + "/" + name).c_str(), X_OK) == 0)
+            return folder + "/" + name;
     return "";
 }
 
@@ -78,18 +79,24 @@ public:
         return "the mDNS lab runs host programs, not under user-mode emulation";
 #endif
         if (::geteuid() != 0) return "making a network namespace needs root";
-        for (const char* tool : {"setpriv", "unshare", "nsenter", "ip", "dbus-daemon", "avahi-daemon"})
-            if (FindProgram(tool).empty()) return std::string("no ") + tool + " (scripts/setup installs it)";
-        holder_ = Launch("setpriv", {"--pdeathsig", "KILL", "--", FindProgram("unshare"), "--net", "--mount",
-                                     "--uts", "--", "/bin/sh", "-c", HolderScript()});
-        if (!Await(*holder_, "lab-ready\n")) return "cannot make a network namespace: " + holder_->Output();
+        for (const char* tool :
+             {"setpriv", "unshare", "nsenter", "ip", "dbus-daemon", "avahi-daemon"})
+            if (FindProgram(tool).empty())
+                return std::string("no ") + tool + " (scripts/setup installs it)";
+        holder_ = Launch("setpriv", {"--pdeathsig", "KILL", "--", FindProgram("unshare"), "--net",
+                                     "--mount", "--uts", "--", "/bin/sh", "-c", HolderScript()});
+        if (!Await(*holder_, "lab-ready\n"))
+            return "cannot make a network namespace: " + holder_->Output();
         WriteConfigurations();
-        bus_ = Launch("setpriv", {"--pdeathsig", "KILL", "--", FindProgram("dbus-daemon"),
-                                  "--config-file=" + folder_ / "bus.conf", "--nofork", "--print-address"});
-        if (!Await(*bus_, "unix:")) throw std::runtime_error("dbus-daemon did not start: " + bus_->Output());
-        avahi_ = Launch("nsenter", Inside({"--net", "--mount", "--uts"},
-                                          {FindProgram("avahi-daemon"), "-f", folder_ / "avahi.conf",
-                                           "--no-drop-root", "--no-chroot", "--no-rlimits"}));
+        bus_ = Launch("setpriv",
+                      {"--pdeathsig", "KILL", "--", FindProgram("dbus-daemon"),
+                       "--config-file=" + folder_ / "bus.conf", "--nofork", "--print-address"});
+        if (!Await(*bus_, "unix:"))
+            throw std::runtime_error("dbus-daemon did not start: " + bus_->Output());
+        avahi_ =
+            Launch("nsenter", Inside({"--net", "--mount", "--uts"},
+                                     {FindProgram("avahi-daemon"), "-f", folder_ / "avahi.conf",
+                                      "--no-drop-root", "--no-chroot", "--no-rlimits"}));
         if (!Await(*avahi_, "Server startup complete."))
             throw std::runtime_error("avahi-daemon did not start: " + avahi_->Output());
         return "";
@@ -112,26 +119,31 @@ public:
 private:
     static std::string HolderScript() {
         return std::string("mount -t tmpfs tmpfs /run && hostname ") + kHostName +
-               " && ip link set lo up && ip link add " + kInterface + " address " + kHardwareAddress +
-               " type veth peer name v1 && ip link set " + kInterface + " up && ip link set v1 up" +
-               " && ip addr add " + kAddress + "/24 dev " + kInterface +
-               " && echo lab-ready && exec sleep infinity";
+               " && ip link set lo up && ip link add " + kInterface + " address " +
+               kHardwareAddress + " type veth peer name v1 && ip link set " + kInterface +
+               " up && ip link set v1 up" + " && ip addr add " + kAddress + "/24 dev " +
+               kInterface + " && echo lab-ready && exec sleep infinity";
     }
 
     // The bus lets everyone own and reach every name; the responder keeps
     // to the lab's link, without IPv6 browsing, wide-area or extra records.
     void WriteConfigurations() const {
-        folder_.WriteFile("bus.conf",
-                          "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN\"\n"
-                          " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
-                          "<busconfig>\n  <type>session</type>\n"
-                          "  <listen>" + BusAddress() + "</listen>\n  <auth>EXTERNAL</auth>\n"
-                          "  <policy context=\"default\">\n    <allow user=\"*\"/>\n    <allow own=\"*\"/>\n"
-                          "    <allow send_destination=\"*\"/>\n    <allow receive_sender=\"*\"/>\n"
-                          "  </policy>\n</busconfig>\n");
-        folder_.WriteFile("avahi.conf", std::string("[server]\nuse-ipv4=yes\nuse-ipv6=no\nallow-interfaces=") +
-                                            kInterface + "\nenable-dbus=yes\n[wide-area]\nenable-wide-area=no\n"
-                                            "[publish]\npublish-hinfo=no\npublish-workstation=no\n");
+        folder_.WriteFile(
+            "bus.conf",
+            "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN\"\n"
+            " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+            "<busconfig>\n  <type>session</type>\n"
+            "  <listen>" +
+                BusAddress() +
+                "</listen>\n  <auth>EXTERNAL</auth>\n"
+                "  <policy context=\"default\">\n    <allow user=\"*\"/>\n    <allow own=\"*\"/>\n"
+                "    <allow send_destination=\"*\"/>\n    <allow receive_sender=\"*\"/>\n"
+                "  </policy>\n</busconfig>\n");
+        folder_.WriteFile("avahi.conf",
+                          std::string("[server]\nuse-ipv4=yes\nuse-ipv6=no\nallow-interfaces=") +
+                              kInterface +
+                              "\nenable-dbus=yes\n[wide-area]\nenable-wide-area=no\n"
+                              "[publish]\npublish-hinfo=no\npublish-workstation=no\n");
     }
 
     // nsenter's arguments that run `command` in the lab's namespaces `kinds`.
@@ -145,7 +157,8 @@ private:
     }
 
     // Starts the system program `name` with `args`, on the lab's bus.
-    std::unique_ptr<ChildProcess> Launch(const std::string& name, const std::vector<std::string>& args,
+    std::unique_ptr<ChildProcess> Launch(const std::string& name,
+                                         const std::vector<std::string>& args,
                                          std::vector<std::string> environment = {}) const {
         environment.push_back("DBUS_SYSTEM_BUS_ADDRESS=" + BusAddress());
         return std::make_unique<ChildProcess>(FindProgram(name), args, environment);

@@ -48,13 +48,14 @@ private:
 std::string Describe(const HostInfo& info) {
     char interface[IF_NAMESIZE] = "?";
     ::if_indextoname(info.interface_index, interface);
-    std::string line = info.name + " " + info.type + " " + info.domain + " on " + interface + " at " +
-                       info.host + " port " + std::to_string(info.port) + ":";
+    std::string line = info.name + " " + info.type + " " + info.domain + " on " + interface +
+                       " at " + info.host + " port " + std::to_string(info.port) + ":";
     for (const SocketAddress& address : info.addresses) {
         line += " " + address.ToString();
         if (address.GetFamily() == AF_INET6) {
             const auto* ipv6 = reinterpret_cast<const sockaddr_in6*>(address.GetSockAddr());
-            line += "%" + std::string(::if_indextoname(ipv6->sin6_scope_id, interface) ? interface : "?");
+            line += "%" +
+                    std::string(::if_indextoname(ipv6->sin6_scope_id, interface) ? interface : "?");
         }
     }
     for (const auto& entry : info.txt) line += " [" + entry.first + "=" + entry.second + "]";
@@ -72,9 +73,11 @@ TEST(BonjourClient, FailsQuietlyWithoutAResponder) {
         BonjourClient throwing(&loud);
         self.Say("thrown " + ErrorText([&] { throwing.Browse(kType, "local"); }));
     });
-    const std::string browse_error = std::string("Unable to browse for service: ") + kType + ": Unknown Error";
-    EXPECT_EQ(child.Transcript(), "error Unable to register service: " + GetHostName() + ": Unknown Error\n" +
-                                      "error " + browse_error + "\nthrown " + browse_error + "\n");
+    const std::string browse_error =
+        std::string("Unable to browse for service: ") + kType + ": Unknown Error";
+    EXPECT_EQ(child.Transcript(), "error Unable to register service: " + GetHostName() +
+                                      ": Unknown Error\n" + "error " + browse_error + "\nthrown " +
+                                      browse_error + "\n");
 }
 
 // The pool of 100 slots, filled twice with live browses: the next operation
@@ -86,7 +89,8 @@ TEST(BonjourClient, HoldsOneHundredOperationsUntilReset) {
         TellingListener listener(self);
         BonjourClient client(&listener);
         for (int round = 1; round <= 2; ++round) {
-            for (std::size_t i = 0; i < BonjourClient::kPoolSize; ++i) client.Browse(kType, "local");
+            for (std::size_t i = 0; i < BonjourClient::kPoolSize; ++i)
+                client.Browse(kType, "local");
             client.Register("vela", kType, "local", 4410, {});
             client.Browse(kType, "local");
             client.Reset();
@@ -95,9 +99,11 @@ TEST(BonjourClient, HoldsOneHundredOperationsUntilReset) {
         client.Register("vela", kType, "local", 4410, {});
         PumpUntil([&] { return listener.registered; });
     });
-    const std::string refusals = std::string("error Unable to register service: vela: Out of resources\n") +
-                                 "error Unable to browse for service: " + kType + ": Out of resources\n";
-    EXPECT_EQ(child.Transcript(), refusals + refusals + "registered vela _norvance-vela._tcp. local.\n");
+    const std::string refusals =
+        std::string("error Unable to register service: vela: Out of resources\n") +
+        "error Unable to browse for service: " + kType + ": Out of resources\n";
+    EXPECT_EQ(child.Transcript(),
+              refusals + refusals + "registered vela _norvance-vela._tcp. local.\n");
 }
 
 // The daemon in the lab, on the simulated analyzer, as a browsing program
@@ -108,45 +114,51 @@ TEST(DaemonAdvertisement, AnnouncesTheAnalyzerAndRenewsItAtEveryConfigurationRea
     if (const std::string why = lab.Start(); !why.empty()) GTEST_SKIP() << why;
     TempRoot root;
     root.WriteFile("/etc/factory.conf",
-                   "<norvance><vela><factory><serialnumber>ch4-0042</serialnumber></factory></vela></norvance>\n");
+                   "<norvance><vela><factory><serialnumber>ch4-0042</serialnumber></factory></"
+                   "vela></norvance>\n");
     auto sim = lab.Run({VelaSimExecutable(), "--root", root.path()});
     const std::string ready = "vela-sim: ready " + root.path() + "\n";
-    ASSERT_TRUE(WaitUntil([&] { return sim->Output().find(ready) != std::string::npos; })) << sim->Output();
+    ASSERT_TRUE(WaitUntil([&] { return sim->Output().find(ready) != std::string::npos; }))
+        << sim->Output();
     const unsigned short port = UniqueTestPort();
     std::vector<std::string> environment = DaemonEnvironment(root, port);
-    environment.push_back(std::string("BOREALIS_NETIF=") + MdnsLab::kInterface);  // plays the bridge
+    environment.push_back(std::string("BOREALIS_NETIF=") +
+                          MdnsLab::kInterface);  // plays the bridge
     auto daemon = lab.Run({BorealisExecutable()}, environment);
     const pid_t daemon_pid = daemon->pid();
 
-    ClientChild child(lab.BusAddress(), {lab.Namespace("net"), lab.Namespace("uts")}, [&](ClientChild& self) {
-        BonjourResolver resolver;
-        BonjourClient browser(&resolver);
-        browser.Browse(kType, "local");
-        auto resolved = [&](const std::string& name) {
-            const auto host = resolver.Find(name);
-            return host && host->addresses.size() == 2;
-        };
-        if (!PumpUntil([&] { return resolved(MdnsLab::kHostName); })) return self.Say("not resolved");
-        self.Say("resolved " + Describe(*resolver.Find(MdnsLab::kHostName)));
+    ClientChild child(
+        lab.BusAddress(), {lab.Namespace("net"), lab.Namespace("uts")}, [&](ClientChild& self) {
+            BonjourResolver resolver;
+            BonjourClient browser(&resolver);
+            browser.Browse(kType, "local");
+            auto resolved = [&](const std::string& name) {
+                const auto host = resolver.Find(name);
+                return host && host->addresses.size() == 2;
+            };
+            if (!PumpUntil([&] { return resolved(MdnsLab::kHostName); }))
+                return self.Say("not resolved");
+            self.Say("resolved " + Describe(*resolver.Find(MdnsLab::kHostName)));
 
-        // An announcement that comes back under the same name within the
-        // second its withdrawal leaves it looks to a browser as if it never
-        // left; under a new host name both the withdrawal and the new
-        // announcement show.
-        ::sethostname("vela-0043", 9);
-        ::kill(daemon_pid, SIGUSR1);
-        PumpUntil([&] { return !resolver.Find(MdnsLab::kHostName) && resolved("vela-0043"); });
-        std::string names;
-        for (const auto& host : resolver.Hosts()) names += " " + host->name;
-        self.Say("after SIGUSR1:" + names);
-    });
+            // An announcement that comes back under the same name within the
+            // second its withdrawal leaves it looks to a browser as if it never
+            // left; under a new host name both the withdrawal and the new
+            // announcement show.
+            ::sethostname("vela-0043", 9);
+            ::kill(daemon_pid, SIGUSR1);
+            PumpUntil([&] { return !resolver.Find(MdnsLab::kHostName) && resolved("vela-0043"); });
+            std::string names;
+            for (const auto& host : resolver.Hosts()) names += " " + host->name;
+            self.Say("after SIGUSR1:" + names);
+        });
     // The simulator's CPLD identifies itself as 1.3.12, built 2021-06-15 at
     // 10:00; the responder answers for the addresses under its own name.
     EXPECT_EQ(child.Transcript(),
               "resolved vela-0042 _norvance-vela._tcp. local. on v0 at vela-0042.local. port " +
                   std::to_string(port) +
                   ": 10.77.0.1 fe80::ff:fe4c:1001%v0 [company=Norvance Instruments] "
-                  "[cpld=1.3.12 (2021-06-15 10:00)] [macaddress=02:00:00:4c:10:01] [model=VELA] [sn=ch4-0042] "
+                  "[cpld=1.3.12 (2021-06-15 10:00)] [macaddress=02:00:00:4c:10:01] [model=VELA] "
+                  "[sn=ch4-0042] "
                   "[type=Borealis Analyzer] [ver=1.0.14]\n"
                   "after SIGUSR1: vela-0043\n")
         << daemon->Output();

@@ -58,10 +58,14 @@ std::string Unescape(const std::string& text) {
 std::string Escape(const std::string& line) {
     std::string out;
     for (char c : line) {
-        if (c == '\t') out += "\\t";
-        else if (c == '\r') out += "\\r";
-        else if (c == '\\') out += "\\\\";
-        else if (c != '\n') out += c;
+        if (c == '\t')
+            out += "\\t";
+        else if (c == '\r')
+            out += "\\r";
+        else if (c == '\\')
+            out += "\\\\";
+        else if (c != '\n')
+            out += c;
     }
     return out;
 }
@@ -225,7 +229,8 @@ void ScenarioRunner::Sim(const std::string& command) {
 // box's acknowledgement).
 void ScenarioRunner::AwaitBoxBarrier() {
     if (!box_connected_ || marks_ == 0) return;
-    const std::string mark_line = "DATAMSG\tMessage from DSP: e2e-mark-" + std::to_string(marks_) + "\n";
+    const std::string mark_line =
+        "DATAMSG\tMessage from DSP: e2e-mark-" + std::to_string(marks_) + "\n";
     const auto box_has_mark = [&] {
         return sim_->Ask("box received DATAMSG").find(mark_line) != std::string::npos;
     };
@@ -270,7 +275,8 @@ void ScenarioRunner::StartDaemon(const std::vector<std::string>& options) {
     daemon_ = std::make_unique<DaemonUnderTest>(root_, port_, options);
     daemon_output_taken_ = 0;
     exit_shown_ = false;
-    if (!daemon_->Ready()) throw StepError("the daemon did not greet:\n" + daemon_->Process().Output());
+    if (!daemon_->Ready())
+        throw StepError("the daemon did not greet:\n" + daemon_->Process().Output());
 }
 
 void ScenarioRunner::StopDaemon() {
@@ -308,7 +314,8 @@ void ScenarioRunner::Client(const std::string& arguments) {
         throw StepError("usage: client <name> [summary]");
     const std::string& name = words[0];
     const char* const step_words[] = {"sim", "file", "show", "remove", "daemon", "client"};
-    if (Find(name) || std::find(std::begin(step_words), std::end(step_words), name) != std::end(step_words))
+    if (Find(name) ||
+        std::find(std::begin(step_words), std::end(step_words), name) != std::end(step_words))
         throw StepError("client name taken: " + name);
     if (!DaemonRunning()) throw StepError("no daemon to connect to");
     Reader reader{name, summary, std::make_unique<LineClient>(port_), {}, {}, false};
@@ -342,21 +349,26 @@ void ScenarioRunner::ClientAction(Reader& reader, const std::string& action) {
 void ScenarioRunner::AwaitRequestRead(Reader& reader) {
     if (!DaemonRunning() || reader.client->Closed()) return;
     const unsigned short client_port = reader.client->LocalPort();
-    const bool read = WaitUntil([&] {
-        if (reader.client->Unacknowledged() > 0) return false;  // not all in the daemon's queue yet
-        const std::optional<TcpEnd> end = FindTcpEnd(port_, client_port);
-        return !end || end->receive_queue == 0;
-    }, kDeadline);
+    const bool read = WaitUntil(
+        [&] {
+            if (reader.client->Unacknowledged() > 0)
+                return false;  // not all in the daemon's queue yet
+            const std::optional<TcpEnd> end = FindTcpEnd(port_, client_port);
+            return !end || end->receive_queue == 0;
+        },
+        kDeadline);
     if (!read) throw StepError("the daemon did not read " + reader.name + "'s request");
 }
 
 // The daemon has let the connection go once its end has left CLOSE_WAIT.
 void ScenarioRunner::AwaitClosedByDaemon(unsigned short client_port) {
     if (!DaemonRunning()) return;
-    const bool closed = WaitUntil([&] {
-        const std::optional<TcpEnd> end = FindTcpEnd(port_, client_port);
-        return !end || (end->state != TCP_ESTABLISHED && end->state != TCP_CLOSE_WAIT);
-    }, kDeadline);
+    const bool closed = WaitUntil(
+        [&] {
+            const std::optional<TcpEnd> end = FindTcpEnd(port_, client_port);
+            return !end || (end->state != TCP_ESTABLISHED && end->state != TCP_CLOSE_WAIT);
+        },
+        kDeadline);
     if (!closed) throw StepError("the daemon did not close the connection");
 }
 
@@ -374,7 +386,8 @@ void ScenarioRunner::Settle() {
         const std::string mark = "e2e-mark-" + std::to_string(++marks_);
         const std::string answer = sim_->Ask("message " + mark);
         if (answer != "ok\n") {
-            if (daemon_->Process().Wait(kDeadline) >= 0) break;  // it let the processor go on its way out
+            if (daemon_->Process().Wait(kDeadline) >= 0)
+                break;  // it let the processor go on its way out
             throw StepError("the barrier did not go out: " + answer);
         }
         const std::string mark_line = "DATAMSG\tMessage from DSP: " + mark + "\n";

@@ -40,7 +40,7 @@ private:
         // What arrived in this step, for the transcript.
         std::vector<std::string> lines;
         std::vector<std::pair<std::string, int>> record_counts;  // summary: per type, in order seen
-        bool closed_now = false;                                  // the daemon closed the connection
+        bool closed_now = false;                                 // the daemon closed the connection
     };
 
     void Step(const std::string& step);
@@ -78,7 +78,7 @@ private:
     std::unique_ptr<SimulatedAnalyzer> sim_;
     std::unique_ptr<DaemonUnderTest> daemon_;
     std::size_t daemon_output_taken_ = 0;
-    bool exit_shown_ = false;  // the exit of the daemon started last is in the transcript
+    bool exit_shown_ = false;   // the exit of the daemon started last is in the transcript
     std::string daemon_lines_;  // this step's, for the transcript
     std::vector<Reader> readers_;
     int marks_ = 0;

@@ -17,7 +17,9 @@ const std::size_t kDataLimit = 1048576;
 bool IsData(const std::string& line) { return line.compare(0, 5, "DATA\t") == 0; }
 
 // The line that passes the processor's text message `mark` on to clients.
-std::string MarkLine(const std::string& mark) { return "DATAMSG\tMessage from DSP: " + mark + "\n"; }
+std::string MarkLine(const std::string& mark) {
+    return "DATAMSG\tMessage from DSP: " + mark + "\n";
+}
 
 // The data lines `client` receives up to the processor message `mark`.
 std::vector<std::string> DataLinesUpTo(LineClient& client, const std::string& mark) {
@@ -65,7 +67,8 @@ TEST(SlowClient, LosesRecordsAtItsLimitWhileAnotherGetsEvery) {
     // the data clock's acquisition on.
     ASSERT_FALSE(received.empty());
     for (std::size_t i = 0; i < received.size(); ++i)
-        ASSERT_EQ(received[i].substr(0, received[i].find('\t', 5)), "DATA\t" + std::to_string(3025 + 25 * i));
+        ASSERT_EQ(received[i].substr(0, received[i].find('\t', 5)),
+                  "DATA\t" + std::to_string(3025 + 25 * i));
 
     // The silent client finally gets some of the records, in order (the
     // kernel may take more of its output after the daemon began dropping, so

@@ -26,7 +26,8 @@ TEST(DaemonStartUp, SigintBeforeTheLoopEndsItWithoutServing) {
     SimulatedAnalyzer sim(root, {"--manual"});
     ChildProcess daemon(BorealisExecutable(), {}, DaemonEnvironment(root, UniqueTestPort()));
     const std::string opened = "vela-sim: " + (root / "/dev/dsp4410") + " opened\n";
-    ASSERT_TRUE(WaitUntil([&] { return sim.Process().Output().find(opened) != std::string::npos; }));
+    ASSERT_TRUE(
+        WaitUntil([&] { return sim.Process().Output().find(opened) != std::string::npos; }));
 
     daemon.Signal(SIGINT);
     const int fd = ::open(clock_start.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);

@@ -14,7 +14,7 @@ std::vector<std::string> Lines(const std::string& text) {
 }
 
 struct Edit {
-    char kind;  // ' ', '-' or '+'
+    char kind;                       // ' ', '-' or '+'
     std::size_t old_line, new_line;  // positions before this edit, from 0
     const std::string* text;
 };
@@ -22,7 +22,8 @@ struct Edit {
 // The shortest edit script, from a table of longest common subsequences;
 // transcripts are small enough for the quadratic table.
 std::vector<Edit> EditScript(const std::vector<std::string>& a, const std::vector<std::string>& b) {
-    std::vector<std::vector<std::size_t>> common(a.size() + 1, std::vector<std::size_t>(b.size() + 1, 0));
+    std::vector<std::vector<std::size_t>> common(a.size() + 1,
+                                                 std::vector<std::size_t>(b.size() + 1, 0));
     for (std::size_t i = a.size(); i-- > 0;)
         for (std::size_t j = b.size(); j-- > 0;)
             common[i][j] = a[i] == b[j] ? common[i + 1][j + 1] + 1

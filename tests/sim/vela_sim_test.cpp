@@ -29,7 +29,8 @@ int Connect(const std::string& path, int type) {
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
     int fd = ::socket(AF_UNIX, type | SOCK_CLOEXEC, 0);
-    if (::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) ADD_FAILURE() << path;
+    if (::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+        ADD_FAILURE() << path;
     return fd;
 }
 
@@ -44,7 +45,8 @@ std::string ReadUpTo(int fd, const std::string& end) {
     std::string text;
     char buffer[4096];
     ssize_t got;
-    while (text.find(end) == std::string::npos && Readable(fd) && (got = ::read(fd, buffer, sizeof buffer)) > 0)
+    while (text.find(end) == std::string::npos && Readable(fd) &&
+           (got = ::read(fd, buffer, sizeof buffer)) > 0)
         text.append(buffer, static_cast<std::size_t>(got));
     return text;
 }
@@ -61,7 +63,9 @@ std::uint16_t Little16(const std::string& bytes, std::size_t at) {
                                       static_cast<unsigned char>(bytes.at(at + 1)) << 8);
 }
 
-std::string Text(const std::vector<std::uint16_t>& words) { return std::string(words.begin(), words.end()); }
+std::string Text(const std::vector<std::uint16_t>& words) {
+    return std::string(words.begin(), words.end());
+}
 
 // The 32-bit field `n` of a payload (high half first).
 std::uint32_t Field(const Frame& frame, int n) { return JoinWords(&frame.words.at(2 * n)); }
@@ -72,8 +76,9 @@ protected:
     void Start(std::vector<std::string> options = {}) {
         options.insert(options.begin(), {"--root", root_.path()});
         sim_ = std::make_unique<ChildProcess>(VELA_SIM_EXE, options);
-        ASSERT_TRUE(WaitUntil([&] { return sim_->Output() == "vela-sim: ready " + root_.path() + "\n"; }))
-            << sim_->Output();
+        ASSERT_TRUE(WaitUntil([&] {
+            return sim_->Output() == "vela-sim: ready " + root_.path() + "\n";
+        })) << sim_->Output();
     }
 
     // Sends one control command; its answer is read with Answer.
@@ -164,7 +169,8 @@ TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGridInRealTime) {
         }
     }
     ASSERT_GE(data_ticks.size(), 3u);
-    for (std::size_t i = 1; i < data_ticks.size(); ++i) EXPECT_EQ(data_ticks[i] - data_ticks[i - 1], 25u);
+    for (std::size_t i = 1; i < data_ticks.size(); ++i)
+        EXPECT_EQ(data_ticks[i] - data_ticks[i - 1], 25u);
     ::close(dsp);
 }
 
@@ -174,9 +180,9 @@ TEST_F(VelaSim, AnswersTheDevicesAndServesThemAgainAfterARestart) {
     int dsp = Connect(root_ / "/dev/dsp4410", SOCK_SEQPACKET);
     // A test data request, a laser set point and a code the processor does
     // not know, in one write.
-    const std::uint8_t request[] = {0, 0, 0, 0, 0, 0, 0, 0, 29, 0, 0, 0,
-                                    0, 0, 0, 0, 0, 0, 0, 0, 17, 0, 2, 0, 0xF4, 0x41, 0, 0,
-                                    0, 0, 0, 0, 0, 0, 0, 0, 99, 0, 0, 0};
+    const std::uint8_t request[] = {0, 0, 0, 0, 0, 0, 0,  0, 29, 0, 0,    0,    0, 0,
+                                    0, 0, 0, 0, 0, 0, 17, 0, 2,  0, 0xF4, 0x41, 0, 0,
+                                    0, 0, 0, 0, 0, 0, 0,  0, 99, 0, 0,    0};
     ASSERT_EQ(::send(dsp, request, sizeof request, 0), static_cast<ssize_t>(sizeof request));
     EXPECT_EQ(Ask("message Hi there"), "ok\n");
     bool test_data = false, message = false, bad_command = false;
@@ -203,8 +209,8 @@ TEST_F(VelaSim, AnswersTheDevicesAndServesThemAgainAfterARestart) {
     const struct {
         const char* line;  // a command line, or a control command
         const char* report;
-    } motor[] = {{"m512\n", "512\n"}, {"c3 t0 b0 p0\n", "-32256\n"}, {"motor fail", "512\n"},
-                 {"motor 700", "700\n"}, {"motor ok", "-32068\n"}, {"c0\n", "700\n"}};
+    } motor[] = {{"m512\n", "512\n"},    {"c3 t0 b0 p0\n", "-32256\n"}, {"motor fail", "512\n"},
+                 {"motor 700", "700\n"}, {"motor ok", "-32068\n"},      {"c0\n", "700\n"}};
     for (const auto& m : motor) {
         if (std::strncmp(m.line, "motor", 5) == 0)
             EXPECT_EQ(Ask(m.line), "ok\n");
@@ -244,13 +250,14 @@ TEST_F(VelaSim, FaultsSpoilWhatGoesOnTheWireThenRecordsResume) {
         return std::string();
     };
     // A data frame whose length field promises 30 words carries 15.
-    std::string cut =
-        await("fault short", [](const std::string& p) { return p.size() < 12u + 2 * Little16(p, 10); });
+    std::string cut = await(
+        "fault short", [](const std::string& p) { return p.size() < 12u + 2 * Little16(p, 10); });
     EXPECT_EQ(cut.size(), 42u);
     EXPECT_EQ(Little16(cut, 8), 7);
     EXPECT_EQ(Little16(cut, 10), 30);
 
-    std::string burst = await("fault burst 3", [](const std::string& p) { return DecodeFrames(p).size() > 1; });
+    std::string burst =
+        await("fault burst 3", [](const std::string& p) { return DecodeFrames(p).size() > 1; });
     std::vector<std::uint32_t> ticks;
     for (const Frame& frame : DecodeFrames(burst))
         if (frame.code == 7) ticks.push_back(Field(frame, 0));
@@ -259,7 +266,8 @@ TEST_F(VelaSim, FaultsSpoilWhatGoesOnTheWireThenRecordsResume) {
     EXPECT_EQ(ticks[1] - ticks[0], 25u);
     last = ticks[2];
 
-    EXPECT_EQ(await("fault garbage 20", [](const std::string& p) { return p.size() == 20; }).size(), 20u);
+    EXPECT_EQ(await("fault garbage 20", [](const std::string& p) { return p.size() == 20; }).size(),
+              20u);
 
     // Nothing for 300 ticks, then records on the grid again.
     EXPECT_EQ(Ask("fault stall 300"), "ok\n");
@@ -291,8 +299,8 @@ TEST_F(VelaSim, BoxReportsOnTheDriversClockAndKeepsWhatTheDaemonSends) {
     Start({"--manual", "--port", std::to_string(ntohs(address.sin_port))});
 
     EXPECT_EQ(Ask("box send"), "error: the box is not connected\n");
-    for (const char* command : {"box set aux5 0.1", "box set USB 2", "box set CAPACITY 7.5", "box rate 2",
-                                "box model Base Unit 7", "run 250"})
+    for (const char* command : {"box set aux5 0.1", "box set USB 2", "box set CAPACITY 7.5",
+                                "box rate 2", "box model Base Unit 7", "run 250"})
         EXPECT_EQ(Ask(command), "ok\n") << command;
     EXPECT_EQ(Ask("box set AUX9 1"), "error: unknown box value AUX9\n");
     // Connected once greeted.
@@ -300,7 +308,8 @@ TEST_F(VelaSim, BoxReportsOnTheDriversClockAndKeepsWhatTheDaemonSends) {
     int daemon = ::accept(listener, nullptr, nullptr);
     ASSERT_GE(daemon, 0);
     const std::string greeting = "DATAEVENT\tMODEL\tVELA\nDATADACSH\tSECONDS\n";
-    ASSERT_EQ(::write(daemon, greeting.data(), greeting.size()), static_cast<ssize_t>(greeting.size()));
+    ASSERT_EQ(::write(daemon, greeting.data(), greeting.size()),
+              static_cast<ssize_t>(greeting.size()));
     EXPECT_EQ(Answer(connecting), "ok\n");
     EXPECT_EQ(Ask("box received DATADACS"), "DATADACSH\tSECONDS\nend\n");
 
@@ -341,7 +350,10 @@ TEST(ZoneFiles, BuiltInZonesFollowDaylightSavingWhenTheHostHasNone) {
         EXPECT_EQ(local.tm_gmtoff, c.offset) << c.zone;
     }
     EXPECT_EQ(root.ReadFile("/localtime"), root.ReadFile("/zones/UTC"));
-    if (old_tz) ::setenv("TZ", saved.c_str(), 1); else ::unsetenv("TZ");
+    if (old_tz)
+        ::setenv("TZ", saved.c_str(), 1);
+    else
+        ::unsetenv("TZ");
     ::tzset();
 }
 

@@ -30,7 +30,8 @@ LineClient::~LineClient() {
 unsigned short LineClient::LocalPort() const {
     sockaddr_in address{};
     socklen_t length = sizeof address;
-    if (fd_ < 0 || ::getsockname(fd_, reinterpret_cast<sockaddr*>(&address), &length) != 0) return 0;
+    if (fd_ < 0 || ::getsockname(fd_, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        return 0;
     return ntohs(address.sin_port);
 }
 

@@ -39,7 +39,8 @@ static std::vector<std::string> Environment(const std::vector<std::string>& chan
     for (char** entry = environ; *entry; ++entry) {
         const std::string name(*entry, std::strcspn(*entry, "=") + 1);
         bool changed = false;
-        for (const auto& change : changes) changed = changed || change.compare(0, name.size(), name) == 0;
+        for (const auto& change : changes)
+            changed = changed || change.compare(0, name.size(), name) == 0;
         if (!changed) entries.push_back(*entry);
     }
     return entries;
@@ -95,14 +96,16 @@ void ChildProcess::Drain() {
 }
 
 int ChildProcess::Wait(std::chrono::milliseconds deadline) {
-    WaitUntil([this] {
-        Drain();
-        if (status_ >= 0) return true;
-        int status;
-        if (::waitpid(pid_, &status, WNOHANG) == pid_)
-            status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-        return false;
-    }, deadline);
+    WaitUntil(
+        [this] {
+            Drain();
+            if (status_ >= 0) return true;
+            int status;
+            if (::waitpid(pid_, &status, WNOHANG) == pid_)
+                status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+            return false;
+        },
+        deadline);
     Drain();
     return status_;
 }

@@ -22,7 +22,8 @@ SyslogCatcher::~SyslogCatcher() { ::close(fd_); }
 
 const std::vector<std::string>& SyslogCatcher::Messages() {
     char buffer[65536];
-    for (ssize_t n; (n = ::recv(fd_, buffer, sizeof buffer, 0)) >= 0;) messages_.emplace_back(buffer, n);
+    for (ssize_t n; (n = ::recv(fd_, buffer, sizeof buffer, 0)) >= 0;)
+        messages_.emplace_back(buffer, n);
     return messages_;
 }
 

@@ -13,7 +13,8 @@ unsigned long PortOf(const std::string& column) {
     return std::stoul(column.substr(column.rfind(':') + 1), nullptr, 16);
 }
 
-std::optional<TcpEnd> FindIn(const char* table, unsigned short local_port, unsigned short remote_port) {
+std::optional<TcpEnd> FindIn(const char* table, unsigned short local_port,
+                             unsigned short remote_port) {
     std::ifstream in(table);
     std::string line;
     std::getline(in, line);  // the column names

@@ -12,10 +12,11 @@
 namespace {
 
 // Runs the init script with `action` for the daemon under `root` on `port`.
-int InitScript(const TempRoot& root, unsigned short port, const std::string& action, std::string& output) {
+int InitScript(const TempRoot& root, unsigned short port, const std::string& action,
+               std::string& output) {
     return HostCommand("BOREALIS_ROOT='" + root.path() + "' BOREALIS_PORT=" + std::to_string(port) +
-                           " BOREALIS_DAEMON='" + BorealisExecutable() + "' " + BOREALIS_INIT_SCRIPT + " " +
-                           action,
+                           " BOREALIS_DAEMON='" + BorealisExecutable() + "' " +
+                           BOREALIS_INIT_SCRIPT + " " + action,
                        output);
 }
 
@@ -31,7 +32,8 @@ struct PidFileGuard {
 
 TEST(InitScript, StartsReloadsAndStopsTheDaemon) {
 #ifdef BOREALIS_UNDER_EMULATION
-    GTEST_SKIP() << "the init script starts the daemon as a host program, not under user-mode emulation";
+    GTEST_SKIP()
+        << "the init script starts the daemon as a host program, not under user-mode emulation";
 #endif
     TempRoot root;
     SimulatedAnalyzer sim(root, {"--manual"});
@@ -48,7 +50,8 @@ TEST(InitScript, StartsReloadsAndStopsTheDaemon) {
     EXPECT_EQ(output, "borealis is already running\n");
 
     // A configuration changed on disk is taken at the reload and announced.
-    root.WriteFile("/etc/vela.conf", "<norvance><vela><output><rate>5</rate></output></vela></norvance>\n");
+    root.WriteFile("/etc/vela.conf",
+                   "<norvance><vela><output><rate>5</rate></output></vela></norvance>\n");
     EXPECT_EQ(InitScript(root, port, "reload", output), 0) << output;
     EXPECT_EQ(output, "Reloading the borealis configuration: done\n");
     EXPECT_EQ(client.ReadLineStartingWith("DATAEVENT\t"), "DATAEVENT\tCONFIGCHANGED\n");

@@ -12,15 +12,19 @@ namespace {
 TEST(Package, InstallsTheProgramsManualPagesInitScriptAndServices) {
     TempRoot folder(false);
     std::string output;
-    ASSERT_EQ(HostCommand("cpack --config '" BOREALIS_BINARY_DIR "/CPackConfig.cmake' -B '" + folder.path() + "'",
+    ASSERT_EQ(HostCommand("cpack --config '" BOREALIS_BINARY_DIR "/CPackConfig.cmake' -B '" +
+                              folder.path() + "'",
                           output),
               0)
         << output;
-    ASSERT_EQ(HostCommand("dpkg-deb --contents '" + folder.path() + "'/borealis_1.0.14_*.deb", output), 0) << output;
+    ASSERT_EQ(
+        HostCommand("dpkg-deb --contents '" + folder.path() + "'/borealis_1.0.14_*.deb", output), 0)
+        << output;
     // The files, with their modes; folders left out.
     std::istringstream listing(output);
     std::string files;
-    for (std::string mode, owner, size, date, time, path; listing >> mode >> owner >> size >> date >> time >> path;)
+    for (std::string mode, owner, size, date, time, path;
+         listing >> mode >> owner >> size >> date >> time >> path;)
         if (mode[0] == '-') files += mode + " " + path + "\n";
     EXPECT_EQ(files,
               "-rwxr-xr-x ./etc/rc.d/init.d/borealis\n"
@@ -32,7 +36,9 @@ TEST(Package, InstallsTheProgramsManualPagesInitScriptAndServices) {
               "-rw-r--r-- ./usr/share/man/man1/vela.1\n"
               "-rw-r--r-- ./usr/share/man/man7/vela-protocol.7\n"
               "-rw-r--r-- ./usr/share/man/man8/borealis.8\n");
-    ASSERT_EQ(HostCommand("dpkg-deb --info '" + folder.path() + "'/borealis_1.0.14_*.deb conffiles", output), 0);
+    ASSERT_EQ(HostCommand("dpkg-deb --info '" + folder.path() + "'/borealis_1.0.14_*.deb conffiles",
+                          output),
+              0);
     EXPECT_EQ(output, "/etc/rc.d/init.d/borealis\n");
 }
 

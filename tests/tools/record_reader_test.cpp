@@ -35,7 +35,8 @@ TEST(RecordReader, TakesRecordsThatMatchTheirChecksumAndHeaderOnly) {
         {flipped, "bad: wrong checksum"},
         {record.substr(0, record.size() - 1), "bad: wrong checksum"},
         {record + "93", "bad: wrong checksum"},
-        {Checked("DATACLOCK\t1767225601\t500\t2026-01-01\t"), "bad: DATACLOCK record of 3 values, its header names 4"},
+        {Checked("DATACLOCK\t1767225601\t500\t2026-01-01\t"),
+         "bad: DATACLOCK record of 3 values, its header names 4"},
         {Checked("DATAS\t1000\t-5\t7\t"), "DATAS,1000,-5,7"},  // waveforms have no header
         {"DATAEVENT\tCONFIGCHANGED", ""},
         {"DATAMSG\tMessage from DSP: hello", ""},
@@ -57,7 +58,8 @@ TEST(RecordReader, TakesRecordsThatMatchTheirChecksumAndHeaderOnly) {
 
 TEST(RecordReader, NamesTheDiagBitsAsTheAnalyzerDoes) {
     RecordReader reader;
-    EXPECT_EQ(reader.DiagFlags(0x9001), (std::vector<std::string>{"BOXCONNECTED", "BADTEMP", "NOTREADY"}));
+    EXPECT_EQ(reader.DiagFlags(0x9001),
+              (std::vector<std::string>{"BOXCONNECTED", "BADTEMP", "NOTREADY"}));
     reader.Take("DATADIAGH\tFIRST\tSECOND");
     EXPECT_EQ(reader.DiagFlags(0x9003), (std::vector<std::string>{"FIRST", "SECOND"}));
 }

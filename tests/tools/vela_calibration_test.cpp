@@ -26,7 +26,8 @@ TEST(VelaCalibration, ReportsEachStepAndTheAnalyzersRefusal) {
         {{"sim", "set CH4D 0.5"}, {}},
         {{"sim", "run 1000"}, {}},
         {{"span", "2"}, {0, "ch4zero 0.4\nch4span 1 -> 0.816045\n"}},
-        {{"span", "-2"}, {2, "vela: span: PPM is a concentration above 0: -2\nusage: vela span PPM\n"}},
+        {{"span", "-2"},
+         {2, "vela: span: PPM is a concentration above 0: -2\nusage: vela span PPM\n"}},
         {{"commit"}, {0, "ch4zero 0.4\nch4span 0.816045\n"}},
         {{"sim", "set CH4D 0.45"}, {}},
         {{"sim", "run 1000"}, {}},
@@ -34,8 +35,10 @@ TEST(VelaCalibration, ReportsEachStepAndTheAnalyzersRefusal) {
         {{"rollback"}, {0, "ch4zero 0.45 -> 0.4\nch4span 0.816045\n"}},
     };
     for (const Step& step : steps) {
-        if (step.args[0] == "sim") ASSERT_EQ(analyzer.sim.Ask(step.args[1]), "ok\n");
-        else EXPECT_EQ(RunVela(analyzer.port, step.args), step.expected) << step.args[0];
+        if (step.args[0] == "sim")
+            ASSERT_EQ(analyzer.sim.Ask(step.args[1]), "ok\n");
+        else
+            EXPECT_EQ(RunVela(analyzer.port, step.args), step.expected) << step.args[0];
     }
 }
 

@@ -15,12 +15,15 @@ struct Step {
 TEST(VelaConfig, GetsAndSetsElementsAndTellsWhatWentWrong) {
     AnalyzerUnderTest analyzer;
     const std::string refused =
-        "vela: no answer within 0.5 s: the analyzer refused the request (its own output tells why)\n";
+        "vela: no answer within 0.5 s: the analyzer refused the request (its own output tells "
+        "why)\n";
     const Step steps[] = {
         {{"get", "output/rate"}, {0, "40\n"}},
         {{"get", "vela/cfg/heater/top"},
-         {0, "<top>\n  <heaterpower>100</heaterpower>\n  <control>auto</control>\n  <ontime>00:00</ontime>\n"
-             "  <offtime>00:00</offtime>\n  <deltat>0</deltat>\n</top>\n"}},
+         {0,
+          "<top>\n  <heaterpower>100</heaterpower>\n  <control>auto</control>\n  "
+          "<ontime>00:00</ontime>\n"
+          "  <offtime>00:00</offtime>\n  <deltat>0</deltat>\n</top>\n"}},
         {{"set", "output/rate", "10"}, {0, "10\n"}},
         {{"get", "output/rate"}, {0, "10\n"}},
         // Kept within its range; a read-only value is left as it was.
@@ -30,12 +33,14 @@ TEST(VelaConfig, GetsAndSetsElementsAndTellsWhatWentWrong) {
         {{"set", "output/rate", "3", "--timeout", "0.5"}, {1, refused}},
         {{"get", "cfg/nothing"}, {1, "vela: the analyzer has no element vela/cfg/nothing\n"}},
         {{"get", "cfg/no thing"}, {2, "vela: not a path of elements below vela: cfg/no thing\n"}},
-        {{"set", "output/rate"}, {2, "vela: set: an argument is missing\nusage: vela set PATH VALUE\n"}},
+        {{"set", "output/rate"},
+         {2, "vela: set: an argument is missing\nusage: vela set PATH VALUE\n"}},
         {{"get", "output/rate", "--csv"}, {2, "vela: get takes no --csv\nusage: vela get PATH\n"}},
     };
     for (const Step& step : steps) EXPECT_EQ(RunVela(analyzer.port, step.args), step.expected);
     EXPECT_NE(analyzer.daemon.Process().Output().find(
-                  "GotRequest: Error with request: <norvance><vela><output><rate>3</rate></output></vela></norvance>"),
+                  "GotRequest: Error with request: "
+                  "<norvance><vela><output><rate>3</rate></output></vela></norvance>"),
               std::string::npos);
 }
 

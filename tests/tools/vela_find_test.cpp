@@ -18,7 +18,8 @@ TEST(VelaFind, ListsTheAnalyzerWithItsAddressPortAndTxtRecord) {
     TempRoot root;
     auto sim = lab.Run({VelaSimExecutable(), "--root", root.path()});
     const std::string ready = "vela-sim: ready " + root.path() + "\n";
-    ASSERT_TRUE(WaitUntil([&] { return sim->Output().find(ready) != std::string::npos; })) << sim->Output();
+    ASSERT_TRUE(WaitUntil([&] { return sim->Output().find(ready) != std::string::npos; }))
+        << sim->Output();
     const unsigned short port = UniqueTestPort();
     std::vector<std::string> environment = DaemonEnvironment(root, port);
     environment.push_back(std::string("BOREALIS_NETIF=") + MdnsLab::kInterface);
@@ -31,11 +32,12 @@ TEST(VelaFind, ListsTheAnalyzerWithItsAddressPortAndTxtRecord) {
     const std::string& output = vela->Output();
     const std::string line = output.substr(output.find('\n') + 1);
     EXPECT_TRUE(std::regex_match(
-        line, std::regex("vela-0042\tvela-0042\\.local\\.\t10\\.77\\.0\\.1(,fe80::ff:fe4c:1001%v0)?\t" +
-                         std::to_string(port) +
-                         "\tcompany=Norvance Instruments\tcpld=1\\.3\\.12 \\(2021-06-15 10:00\\)"
-                         "\tmacaddress=02:00:00:4c:10:01\tmodel=VELA\tsn=ch4-XXXX\ttype=Borealis Analyzer"
-                         "\tver=1\\.0\\.14\n")))
+        line,
+        std::regex("vela-0042\tvela-0042\\.local\\.\t10\\.77\\.0\\.1(,fe80::ff:fe4c:1001%v0)?\t" +
+                   std::to_string(port) +
+                   "\tcompany=Norvance Instruments\tcpld=1\\.3\\.12 \\(2021-06-15 10:00\\)"
+                   "\tmacaddress=02:00:00:4c:10:01\tmodel=VELA\tsn=ch4-XXXX\ttype=Borealis Analyzer"
+                   "\tver=1\\.0\\.14\n")))
         << output << daemon->Output();
 }
 

@@ -37,7 +37,8 @@ VelaResult Play(AnalyzerUnderTest& analyzer, const std::vector<std::string>& arg
 }
 
 void SetGas(AnalyzerUnderTest& analyzer) {
-    for (const char* command : {"set CH4D 0.4", "set TEMP 25", "set PRESSURE 101", "set FLAGS 0x82"})
+    for (const char* command :
+         {"set CH4D 0.4", "set TEMP 25", "set PRESSURE 101", "set FLAGS 0x82"})
         ASSERT_EQ(analyzer.sim.Ask(command), "ok\n");
 }
 
@@ -46,7 +47,8 @@ void SetGas(AnalyzerUnderTest& analyzer) {
 TEST(VelaStream, PrintsEveryRecordAsCsvAfterItsTypesHeader) {
     AnalyzerUnderTest analyzer;
     SetGas(analyzer);
-    const VelaResult result = Play(analyzer, {"stream", "--status", "--clock", "--count", "44"}, 3000);
+    const VelaResult result =
+        Play(analyzer, {"stream", "--status", "--clock", "--count", "44"}, 3000);
     ASSERT_EQ(result.status, 0) << result;
     std::vector<std::string> headers, types;
     int data = 0;
@@ -60,14 +62,16 @@ TEST(VelaStream, PrintsEveryRecordAsCsvAfterItsTypesHeader) {
         if (fields[0] != "DATA") continue;
         // MSEC, SECONDS, NANOSECONDS, DIAG, CH4D, CH4, TEMP, PRESSURE
         const int msec = 3025 + 25 * data++;
-        EXPECT_EQ(std::vector<std::string>(fields.begin() + 1, fields.begin() + 9),
-                  (std::vector<std::string>{std::to_string(msec), std::to_string(1767225600 + (msec - 1000) / 1000),
-                                            std::to_string((msec % 1000) * 1000000), "36864", "0.4", "9.80336",
-                                            "25", "101"}));
+        EXPECT_EQ(
+            std::vector<std::string>(fields.begin() + 1, fields.begin() + 9),
+            (std::vector<std::string>{
+                std::to_string(msec), std::to_string(1767225600 + (msec - 1000) / 1000),
+                std::to_string((msec % 1000) * 1000000), "36864", "0.4", "9.80336", "25", "101"}));
     }
     EXPECT_EQ(data, 40);
     EXPECT_EQ(headers, (std::vector<std::string>{"DATASTATH 24", "DATACLOCKH 4", "DATAH 21"}));
-    EXPECT_EQ(types, (std::vector<std::string>{"DATASTAT", "DATACLOCK", "DATA", "DATACLOCK", "DATA", "DATASTAT"}));
+    EXPECT_EQ(types, (std::vector<std::string>{"DATASTAT", "DATACLOCK", "DATA", "DATACLOCK", "DATA",
+                                               "DATASTAT"}));
 }
 
 TEST(VelaStream, NamesTheColumnsAndTheSetDiagFlagsInJson) {
@@ -77,9 +81,12 @@ TEST(VelaStream, NamesTheColumnsAndTheSetDiagFlagsInJson) {
     ASSERT_EQ(result.status, 0) << result;
     EXPECT_EQ(Printed(result.output),
               std::vector<std::string>{
-                  "{\"type\":\"DATA\",\"MSEC\":3025,\"SECONDS\":1767225602,\"NANOSECONDS\":25000000,\"DIAG\":36864,"
-                  "\"DIAGFLAGS\":[\"BADTEMP\",\"NOTREADY\"],\"CH4D\":0.4,\"CH4\":9.80336,\"TEMP\":25,\"PRESSURE\":101,"
-                  "\"RSSI\":60,\"DROPRATE\":0,\"AUX1\":0,\"AUX2\":0,\"AUX3\":0,\"AUX4\":0,\"AUX5\":0,\"AUX6\":0,"
+                  "{\"type\":\"DATA\",\"MSEC\":3025,\"SECONDS\":1767225602,\"NANOSECONDS\":"
+                  "25000000,\"DIAG\":36864,"
+                  "\"DIAGFLAGS\":[\"BADTEMP\",\"NOTREADY\"],\"CH4D\":0.4,\"CH4\":9.80336,\"TEMP\":"
+                  "25,\"PRESSURE\":101,"
+                  "\"RSSI\":60,\"DROPRATE\":0,\"AUX1\":0,\"AUX2\":0,\"AUX3\":0,\"AUX4\":0,\"AUX5\":"
+                  "0,\"AUX6\":0,"
                   "\"AUX7\":0,\"AUX8\":0,\"AUXTC1\":20,\"AUXTC2\":20,\"AUXTC3\":20}"});
 }
 
@@ -94,13 +101,16 @@ TEST(VelaLog, AppendsToTheDaysFileAcrossARestart) {
     analyzer.root.WriteFile(file, first_run + "5025,17672");
     const VelaResult second = Play(analyzer, {"log", folder, "--count", "40"}, 1000);
     ASSERT_EQ(second.status, 0) << second;
-    EXPECT_NE(second.output.find("vela: " + folder + "/2026-01-01_DATA.csv: dropped a partial last line of 10 bytes\n"),
+    EXPECT_NE(second.output.find("vela: " + folder +
+                                 "/2026-01-01_DATA.csv: dropped a partial last line of 10 bytes\n"),
               std::string::npos)
         << second.output;
     std::vector<std::string> lines = Printed(analyzer.root.ReadFile(file));
     ASSERT_EQ(lines.size(), 81u);
-    EXPECT_EQ(lines[0], "MSEC,SECONDS,NANOSECONDS,DIAG,CH4D,CH4,TEMP,PRESSURE,RSSI,DROPRATE,AUX1,AUX2,AUX3,AUX4,"
-                        "AUX5,AUX6,AUX7,AUX8,AUXTC1,AUXTC2,AUXTC3");
+    EXPECT_EQ(
+        lines[0],
+        "MSEC,SECONDS,NANOSECONDS,DIAG,CH4D,CH4,TEMP,PRESSURE,RSSI,DROPRATE,AUX1,AUX2,AUX3,AUX4,"
+        "AUX5,AUX6,AUX7,AUX8,AUXTC1,AUXTC2,AUXTC3");
     for (std::size_t i = 1; i < lines.size(); ++i)
         EXPECT_EQ(Fields(lines[i])[0], std::to_string(3000 + 25 * i)) << "line " << i;
 }

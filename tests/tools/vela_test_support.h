@@ -36,7 +36,9 @@ inline std::unique_ptr<ChildProcess> StartVela(unsigned short port, std::vector<
 struct VelaResult {
     int status;
     std::string output;
-    bool operator==(const VelaResult& other) const { return status == other.status && output == other.output; }
+    bool operator==(const VelaResult& other) const {
+        return status == other.status && output == other.output;
+    }
 };
 
 inline std::ostream& operator<<(std::ostream& out, const VelaResult& result) {
@@ -56,7 +58,8 @@ inline int HostCommand(const std::string& command, std::string& output) {
     FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
     if (!pipe) return -1;
     char buffer[4096];
-    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) output.append(buffer, n);
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+        output.append(buffer, n);
     const int status = ::pclose(pipe);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

@@ -20,12 +20,14 @@ std::string LastFrame(const std::string& output) {
 
 TEST(VelaWatch, ShowsTheLatestDataRecordAndEndsCleanlyOnCtrlC) {
     AnalyzerUnderTest analyzer;
-    for (const char* command : {"set CH4D 0.4", "set TEMP 25", "set PRESSURE 101", "set FLAGS 0x82"})
+    for (const char* command :
+         {"set CH4D 0.4", "set TEMP 25", "set PRESSURE 101", "set FLAGS 0x82"})
         ASSERT_EQ(analyzer.sim.Ask(command), "ok\n");
     auto vela = StartVela(analyzer.port, {"watch"});
     const std::string where = "localhost port " + std::to_string(analyzer.port);
-    ASSERT_TRUE(WaitUntil([&] { return LastFrame(vela->Output()).find(where + ": connected") != std::string::npos; }))
-        << vela->Output();
+    ASSERT_TRUE(WaitUntil([&] {
+        return LastFrame(vela->Output()).find(where + ": connected") != std::string::npos;
+    })) << vela->Output();
     // Seconds 2 to 5 of the analyzer's time: the third is the first whole
     // second counted.
     ASSERT_EQ(analyzer.sim.Ask("run 5000"), "ok\n");
@@ -44,13 +46,15 @@ TEST(VelaWatch, ShowsTheLatestDataRecordAndEndsCleanlyOnCtrlC) {
         "  *BADTEMP         REFUNLOCKED     NOSIGNAL       *NOTREADY      \n"
         "\n"
         "Ctrl-C ends the view.\n";
-    EXPECT_TRUE(WaitUntil([&] { return LastFrame(vela->Output()).find(values) != std::string::npos; }))
-        << LastFrame(vela->Output());
+    EXPECT_TRUE(WaitUntil([&] {
+        return LastFrame(vela->Output()).find(values) != std::string::npos;
+    })) << LastFrame(vela->Output());
     vela->Signal(SIGINT);
     EXPECT_EQ(vela->Wait(), 0);
     const std::string output = vela->Output();
     // The greeting names the host the daemon runs on.
-    EXPECT_EQ(LastFrame(output), "VELA " + GetHostName() + "  SN ch4-XXXX  version 1.0.14  box none\n" + where +
+    EXPECT_EQ(LastFrame(output), "VELA " + GetHostName() +
+                                     "  SN ch4-XXXX  version 1.0.14  box none\n" + where +
                                      ": connected\n\n" + values + "\n");
     EXPECT_EQ(output.substr(output.size() - 7), "\x1b[?25h\n");
 }

@@ -43,7 +43,8 @@ protected:
 
     // Starts borealis with `args` under the test's root.
     std::unique_ptr<ChildProcess> Start(const std::vector<std::string>& args) {
-        return std::make_unique<ChildProcess>(BorealisExecutable(), args, DaemonEnvironment(root, port));
+        return std::make_unique<ChildProcess>(BorealisExecutable(), args,
+                                              DaemonEnvironment(root, port));
     }
 
     // Runs borealis with `args` to its end; returns the exit status.
@@ -127,12 +128,14 @@ TEST_F(BorealisProcess, RealTimeWithoutTheRightEndsStartUp) {
     // The unprivileged user must reach the pid file.
     ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
     ASSERT_EQ(::chmod((root / "/var/run").c_str(), 0777), 0);
-    ChildProcess child("/usr/bin/setpriv",
-                       {"--reuid=65534", "--regid=65534", "--clear-groups", BorealisExecutable(), "-t"},
-                       DaemonEnvironment(root, port));
+    ChildProcess child(
+        "/usr/bin/setpriv",
+        {"--reuid=65534", "--regid=65534", "--clear-groups", BorealisExecutable(), "-t"},
+        DaemonEnvironment(root, port));
     EXPECT_EQ(child.Wait(), 255);
     EXPECT_EQ(child.Output(),
-              "ERROR: set_real_time_priority: Unable to set real-time priority: Operation not permitted\n");
+              "ERROR: set_real_time_priority: Unable to set real-time priority: Operation not "
+              "permitted\n");
 }
 
 TEST_F(BorealisProcess, DaemonSendsItsOutputToSyslogLineByLine) {
@@ -140,7 +143,8 @@ TEST_F(BorealisProcess, DaemonSendsItsOutputToSyslogLineByLine) {
     std::string output;
     EXPECT_EQ(Run({"-b", "-d"}, &output), 0);
     EXPECT_EQ(output, "");
-    EXPECT_TRUE(syslog.WaitFor("<14>borealis: DATAMSG\tINIT message from DSP: VELA DSP 2.3 ready\n"));
+    EXPECT_TRUE(
+        syslog.WaitFor("<14>borealis: DATAMSG\tINIT message from DSP: VELA DSP 2.3 ready\n"));
     EXPECT_TRUE(WaitUntil([&] { return !root.ReadFile(kPidFile).empty(); }));
     EXPECT_EQ(Run({"-k"}), 0);
     EXPECT_TRUE(syslog.WaitFor("<14>borealis: Exiting...\n"));

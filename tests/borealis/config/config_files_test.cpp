@@ -37,8 +37,9 @@ TEST_F(ConfigFilesTest, EachFileHoldsItsShareOnly) {
 }
 
 TEST_F(ConfigFilesTest, LoadsRestoreWhatWasSavedAndResetWhatIsMissing) {
-    Ask(doc, "<norvance><vela><output><rate>5</rate></output><factory><pzero>1.5</pzero></factory>"
-             "</vela></norvance>");
+    Ask(doc,
+        "<norvance><vela><output><rate>5</rate></output><factory><pzero>1.5</pzero></factory>"
+        "</vela></norvance>");
     doc.vela.cal.history.append(Timestamp(2024, 5, 1, 12, 0, 0), "CH4 Zero", 0.25f, 1);
     doc.vela.cal.history.append(Timestamp(2024, 5, 1, 12, 5, 0), "CH4 Span: 2 ppm", 0.25f, 1.5f);
     files.SaveVelaConf();
@@ -53,9 +54,10 @@ TEST_F(ConfigFilesTest, LoadsRestoreWhatWasSavedAndResetWhatIsMissing) {
     int filled = 0;
     loader.LoadVelaConf([&] { ++filled; });
     EXPECT_EQ(filled, 1);
-    const char query[] = "<norvance><vela><output><rate>&query_item;</rate></output>"
-                         "<factory><pzero>&query_item;</pzero></factory>"
-                         "<cal><history>&query_item;</history></cal></vela></norvance>";
+    const char query[] =
+        "<norvance><vela><output><rate>&query_item;</rate></output>"
+        "<factory><pzero>&query_item;</pzero></factory>"
+        "<cal><history>&query_item;</history></cal></vela></norvance>";
     EXPECT_EQ(Ask(loaded, query), Ask(doc, query));
 
     ::unlink((root / "/etc/cal.conf").c_str());
@@ -63,14 +65,16 @@ TEST_F(ConfigFilesTest, LoadsRestoreWhatWasSavedAndResetWhatIsMissing) {
     loader.LoadCalConf();
     loader.LoadVelaConf([&] { ++filled; });
     EXPECT_EQ(filled, 1) << "no system values without the file";
-    EXPECT_EQ(Ask(loaded, "<norvance><vela><output><rate>&query_item;</rate></output><cal>"
-                          "<history>&query_item;</history><ch4span>&query_item;</ch4span></cal>"
-                          "</vela></norvance>"),
+    EXPECT_EQ(Ask(loaded,
+                  "<norvance><vela><output><rate>&query_item;</rate></output><cal>"
+                  "<history>&query_item;</history><ch4span>&query_item;</ch4span></cal>"
+                  "</vela></norvance>"),
               "40 1");
 }
 
 TEST_F(ConfigFilesTest, ABrokenFileIsThrownOutOfTheLoad) {
-    root.WriteFile("/etc/cal.conf", "<norvance><vela><cal><ch4zero>x</ch4zero></cal></vela></norvance>");
+    root.WriteFile("/etc/cal.conf",
+                   "<norvance><vela><cal><ch4zero>x</ch4zero></cal></vela></norvance>");
     EXPECT_THROW(files.LoadCalConf(), Configurable::Error);
 }
 
@@ -101,7 +105,8 @@ TEST(CalibrationArithmetic, MeansExpectedDensityAndSpan) {
     EXPECT_NE(history.find("<type>CH4 Span: 2 ppm</type><ch4zero>0.25</ch4zero><ch4span>0.408"),
               std::string::npos);
 
-    const std::string before = Ask(doc, "<norvance><vela><cal>&query_item;</cal></vela></norvance>");
+    const std::string before =
+        Ask(doc, "<norvance><vela><cal>&query_item;</cal></vela></norvance>");
     EXPECT_THROW(calibration.Zero({}), CalibrationError);
     EXPECT_THROW(calibration.Span(2, {}, 0), CalibrationError);
     EXPECT_EQ(Ask(doc, "<norvance><vela><cal>&query_item;</cal></vela></norvance>"), before);

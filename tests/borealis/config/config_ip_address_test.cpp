@@ -25,7 +25,8 @@ TEST(ConfigIPAddress, TakesDottedIPv4AddressesOnly) {
     EXPECT_EQ(Ask(doc, "<L><gateway>192.168.1.1</gateway></L>"), "");
     EXPECT_FALSE(doc.has_changed());
 
-    EXPECT_EQ(Ask(doc, "<L><gateway>10.0.0.254</gateway><gateway>&query_item;</gateway></L>"), "10.0.0.254");
+    EXPECT_EQ(Ask(doc, "<L><gateway>10.0.0.254</gateway><gateway>&query_item;</gateway></L>"),
+              "10.0.0.254");
     EXPECT_TRUE(doc.has_changed());
     doc.gateway.set_default();
     EXPECT_EQ(doc.gateway.value().ToString(), "192.168.1.1");

@@ -38,14 +38,15 @@ public:
     void SpinMirrorChanged(int c, int l, int on, int off, int d, int r) override {
         Log("SpinMirrorChanged", c, l, on, off, d, r);
     }
-    void LineLockChanged(int c, float t, std::uint16_t d, int bc, float bt, std::uint16_t bd) override {
+    void LineLockChanged(int c, float t, std::uint16_t d, int bc, float bt,
+                         std::uint16_t bd) override {
         Log("LineLockChanged", c, t, d, bc, bt, bd);
     }
     void ClockTimeChanged(std::int64_t seconds) override { Log("ClockTimeChanged", seconds); }
     void TimeZoneChanged(const std::string& zone) override { Log("TimeZoneChanged", zone); }
     void PtpModeChanged(int ptp) override { Log("PtpModeChanged", ptp); }
-    void NetworkChanged(const std::string& host, bool dhcp, const std::string& address, const std::string& mask,
-                        const std::string& gateway) override {
+    void NetworkChanged(const std::string& host, bool dhcp, const std::string& address,
+                        const std::string& mask, const std::string& gateway) override {
         Log("NetworkChanged", host, dhcp, address, mask, gateway);
     }
     void AuxChanged(int n, int type, float a0, float a1, float a2, float a3) override {
@@ -90,35 +91,45 @@ TEST(Doc4410, DispatchCallsTheListenerForWhatChangedInOrder) {
         {"<cmd><ch4zero>true</ch4zero></cmd>", "ZeroRequested()", ""},
         {"<cmd><ch4zero>true</ch4zero></cmd>", "ZeroRequested()", ""},
         {"<cmd><reboot>true</reboot><logusbstop>true</logusbstop><logusbstart>true</logusbstart>"
-         "<calabort>true</calabort><calrollback>true</calrollback><calcommit>true</calcommit><ch4span>true</ch4span>"
-         "<ch4zero>true</ch4zero><polltest>true</polltest><poll>true</poll><linelock>true</linelock></cmd>",
-         "LineLockRequested(); PollRequested(); PollTestRequested(); ZeroRequested(); SpanRequested(2); "
-         "CalCommitRequested(); CalRollbackRequested(); CalAbortRequested(); LogUsbStartRequested(); "
-         "LogUsbStopRequested(); RebootRequested()", ""},
+         "<calabort>true</calabort><calrollback>true</calrollback><calcommit>true</"
+         "calcommit><ch4span>true</ch4span>"
+         "<ch4zero>true</ch4zero><polltest>true</polltest><poll>true</poll><linelock>true</"
+         "linelock></cmd>",
+         "LineLockRequested(); PollRequested(); PollTestRequested(); ZeroRequested(); "
+         "SpanRequested(2); "
+         "CalCommitRequested(); CalRollbackRequested(); CalAbortRequested(); "
+         "LogUsbStartRequested(); "
+         "LogUsbStopRequested(); RebootRequested()",
+         ""},
         {"<cmd><poll>true</poll></cmd><output><rate>5</rate></output>",
          "OutputRateChanged(5); SaveRequested(); PollRequested()", ""},
         {"<cfg><dac3><src>ch4</src></dac3></cfg>", "SaveRequested()", ""},
-        {"<cfg><clock><zone>Europe/Berlin</zone></clock></cfg>", "TimeZoneChanged(Europe/Berlin)", ""},
+        {"<cfg><clock><zone>Europe/Berlin</zone></clock></cfg>", "TimeZoneChanged(Europe/Berlin)",
+         ""},
         {"<cfg><clock><ptp>slaveonly</ptp><time>12:5:7</time><date>2024-02-10</date></clock></cfg>",
          "ClockTimeChanged(1707566707); PtpModeChanged(1)", ""},
         {"<cfg><linelock><laserblock><daccount>65535</daccount></laserblock></linelock></cfg>",
          "LineLockChanged(0, 25, 0, 1, 22, 65535)", ""},
-        {"<cfg><network><configuration>manual</configuration><ipaddress>10.0.0.7</ipaddress></network></cfg>",
+        {"<cfg><network><configuration>manual</configuration><ipaddress>10.0.0.7</ipaddress></"
+         "network></cfg>",
          "NetworkChanged(ch4-xxxx, false, 10.0.0.7, 255.255.255.0, 192.168.1.1)", ""},
         {"<box><usb><zip>true</zip></usb></box>", "SaveRequested()", ""},
         {"<cal><ch4zero>0.5</ch4zero></cal><cfg><temprange>low</temprange></cfg>",
          "CalChanged(); TempRangeChanged(0); SaveRequested()", ""},
-        {"<cfg><heater><top><ontime>01:30</ontime></top><bottom><control>on</control></bottom></heater>"
+        {"<cfg><heater><top><ontime>01:30</ontime></top><bottom><control>on</control></bottom></"
+         "heater>"
          "<spinmirror><duration>60</duration></spinmirror></cfg>",
          "BottomHeaterChanged(100, 1, 40, 0, 0); TopHeaterChanged(100, 0, 0, 5400, 0); "
-         "SpinMirrorChanged(0, 40, 0, 0, 60, 1800); SaveRequested()", ""},
+         "SpinMirrorChanged(0, 40, 0, 0, 60, 1800); SaveRequested()",
+         ""},
         {"<cfg><aux3><type>steinhart</type><a2>0.5</a2></aux3></cfg>",
          "AuxChanged(3, 1, 0, 0, 0.5, 0); SaveRequested()", ""},
         // Values read before an error stay, but nothing is dispatched.
         {"<cfg><temprange>high</temprange></cfg><output><rate>3</rate></output>", "",
          "XML error in item \"rate\": invalid option: 3\n"},
         // A failing operation stops the ones after it.
-        {"<cfg><temprange>low</temprange><clock><date>2024/02/10</date><zone>UTC</zone></clock></cfg>",
+        {"<cfg><temprange>low</temprange><clock><date>2024/02/10</date><zone>UTC</zone></clock></"
+         "cfg>",
          "TempRangeChanged(0)", "Invalid date format (should be YYYY-MM-DD): 2024/02/10"},
         {"<factory><cmd><commit>true</commit><rollback>true</rollback></cmd></factory>",
          "FactoryCommitRequested(); FactoryRollbackRequested(); FactoryChanged()", ""},
@@ -130,7 +141,8 @@ TEST(Doc4410, DispatchCallsTheListenerForWhatChangedInOrder) {
     doc.set_changed(false);
     for (const Row& row : rows) {
         listener.calls.clear();
-        std::istringstream in(std::string("<norvance><vela>") + row.velaContent + "</vela></norvance>");
+        std::istringstream in(std::string("<norvance><vela>") + row.velaContent +
+                              "</vela></norvance>");
         std::ostringstream out;
         EXPECT_EQ(ErrorText([&] { doc.ReadAndDispatch(in, out); }), row.error) << row.velaContent;
         EXPECT_EQ(listener.calls, row.calls) << row.velaContent;
@@ -143,9 +155,12 @@ TEST(Doc4410, VisibleChangeLeavesOutSessionAndDeviceElements) {
     Doc4410 doc;
     Config4410& vela = doc.vela;
     const std::pair<Configurable*, bool> cases[] = {
-        {&vela.ack, false},    {&vela.error, false},  {&vela.cmd.poll, false},  {&vela.cpld.motor.control, false},
-        {&vela.output, true},  {&vela.box.usb, true}, {&vela.cfg.sdmaddress, true}, {&vela.cal, true},
-        {&vela.factory, true}, {&vela.ver, true},     {&vela.name, true},       {&vela.ipaddress, true},
+        {&vela.ack, false},           {&vela.error, false},
+        {&vela.cmd.poll, false},      {&vela.cpld.motor.control, false},
+        {&vela.output, true},         {&vela.box.usb, true},
+        {&vela.cfg.sdmaddress, true}, {&vela.cal, true},
+        {&vela.factory, true},        {&vela.ver, true},
+        {&vela.name, true},           {&vela.ipaddress, true},
     };
     doc.set_changed(false);
     EXPECT_FALSE(doc.HasVisibleChange());
@@ -169,7 +184,8 @@ TEST(ConfigCfgClock, TimeReadsLocalDateAndTimeAndSetFromTimeWritesThemBack) {
         {kCet, "2024-02-10", "13:05:07", "1707566707", "2024-02-10 13:05:07"},
         {kCet, "2024-07-01", "12:00:00", "1719828000", "2024-07-01 12:00:00"},  // summer time
         {"UTC0", "2024-02", "12:05:07", "Invalid date format (should be YYYY-MM-DD): 2024-02", ""},
-        {"UTC0", "2024-02-10", "12-05-07", "Invalid time format (should be HH:MM:SS): 12-05-07", ""},
+        {"UTC0", "2024-02-10", "12-05-07", "Invalid time format (should be HH:MM:SS): 12-05-07",
+         ""},
         {"UTC0", "2024-02-10", "12:05", "Invalid time format (should be HH:MM:SS): 12:05", ""},
     };
     for (const Case& c : cases) {
@@ -179,7 +195,8 @@ TEST(ConfigCfgClock, TimeReadsLocalDateAndTimeAndSetFromTimeWritesThemBack) {
         clock.time.set(c.time);
         std::int64_t seconds = 0;
         std::string error = ErrorText([&] { seconds = clock.Time(); });
-        EXPECT_EQ(error.empty() ? std::to_string(seconds) : error, c.result) << c.date << " " << c.time;
+        EXPECT_EQ(error.empty() ? std::to_string(seconds) : error, c.result)
+            << c.date << " " << c.time;
         if (!error.empty()) continue;
         clock.SetFromTime(seconds);
         EXPECT_EQ(clock.date.value() + " " + clock.time.value(), c.written);

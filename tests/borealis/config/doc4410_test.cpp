@@ -75,7 +75,10 @@ TEST(Doc4410, AckAndErrorStayOutOfReadsAnswersAndDefaults) {
 // The bounds of the numbers are in the type golden file, and the value
 // classes clamp to the bounds they describe.
 TEST(Doc4410, ReadOnlyElementsIgnoreWrites) {
-    const struct { std::vector<std::string> path; std::string written, stored; } cases[] = {
+    const struct {
+        std::vector<std::string> path;
+        std::string written, stored;
+    } cases[] = {
         {{"box", "usb", "data", "seconds"}, "false", "true"},
         {{"box", "output", "data", "nanoseconds"}, "false", "true"},
         {{"box", "usb", "data", "chk"}, "false", "true"},
@@ -115,7 +118,8 @@ TEST(ConfigCfg, LooksUpAuxiliariesAndDacsByNumber) {
     EXPECT_EQ(cfg.dac(6).src.value_text(), "ch4");
 
     for (int number : {0, 9, -1})
-        EXPECT_EQ(ErrorText([&] { cfg.aux(number); }), "Invalid Auxilliary: " + std::to_string(number));
+        EXPECT_EQ(ErrorText([&] { cfg.aux(number); }),
+                  "Invalid Auxilliary: " + std::to_string(number));
     for (int number : {0, 7})
         EXPECT_EQ(ErrorText([&] { cfg.dac(number); }), "Invalid Dac: " + std::to_string(number));
 }

@@ -75,7 +75,7 @@ TEST(BonjourClient, ThrowsOnlyWhenTheListenerAsksAndTheOperationAllows) {
         {false, false, true, ""},  // nobody is told
         {true, false, true, ""},   // the daemon's listener keeps it silent
         {true, true, true, message},
-        {true, true, false, ""},   // found in a reply
+        {true, true, false, ""},  // found in a reply
     };
     for (const auto& c : cases) {
         ErrorLog log(c.loud);
@@ -103,7 +103,10 @@ TEST(TxtRecord, EncodesEntriesInKeyOrderEachAfterItsLength) {
     } cases[] = {
         {{{"b", "2"}, {"a", "1"}}, std::string("\3a=1\3b=2")},
         {{{"", ""}, {"k", ""}}, std::string("\2k=")},  // "=" alone is left out
-        {{{"k", long_value}}, "\x2c" "k=" + long_value},  // 300 bytes: the length wraps
+        {{{"k", long_value}},
+         "\x2c"
+         "k=" +
+             long_value},  // 300 bytes: the length wraps
         {{}, ""},
     };
     for (const auto& c : cases) EXPECT_EQ(EncodeTxtRecord(c.txt), c.record);

@@ -67,15 +67,16 @@ struct Connected {
 
 TEST(NetResetButtonDevice, ReportsEachEventByteOfAPacketInOrder) {
     Connected c;
-    const struct { std::string packet; Events expected; } presses[] = {
-        {"D", {"down"}},
-        {"U", {"up"}},
-        {"L", {"long"}},
-        {std::string("x\n\0d", 4), {}},
-        {"UxD", {"up", "down"}},
-        {"LDU\n", {"long", "down", "up"}},
+    const struct {
+        std::string packet;
+        Events expected;
+    } presses[] = {
+        {"D", {"down"}},         {"U", {"up"}},
+        {"L", {"long"}},         {std::string("x\n\0d", 4), {}},
+        {"UxD", {"up", "down"}}, {"LDU\n", {"long", "down", "up"}},
     };
-    for (const auto& press : presses) EXPECT_EQ(press.expected, c.Press(press.packet)) << press.packet;
+    for (const auto& press : presses)
+        EXPECT_EQ(press.expected, c.Press(press.packet)) << press.packet;
 
     // Without a listener the events are read and dropped.
     EXPECT_EQ(&c.recorder, c.button.SetListener(nullptr));
@@ -98,7 +99,8 @@ TEST(NetResetButtonDevice, ReadsTheAnalyzersDevice32BytesAtATime) {
     EXPECT_TRUE(PumpUntil([&] { return !recorder.events.empty(); }));
     EXPECT_EQ(32u, recorder.events.size());
     EXPECT_TRUE(PumpUntil([&] { return recorder.events.size() == 40; }));
-    EXPECT_EQ((Events{"down", "up", "long"}), Events(recorder.events.begin(), recorder.events.begin() + 3));
+    EXPECT_EQ((Events{"down", "up", "long"}),
+              Events(recorder.events.begin(), recorder.events.begin() + 3));
     ::close(driver);
 }
 
@@ -106,8 +108,9 @@ TEST(NetResetButtonDevice, PrintsFailuresAndKeepsReading) {
     {
         TempRoot root;
         SimPlatform platform(root.path(), 4410);
-        EXPECT_EQ("StreamFile: Unable to open " + root.path() + "/dev/net_btn: No such file or directory",
-                  ErrorText([&] { NetResetButtonDevice button(platform); }));
+        EXPECT_EQ(
+            "StreamFile: Unable to open " + root.path() + "/dev/net_btn: No such file or directory",
+            ErrorText([&] { NetResetButtonDevice button(platform); }));
     }
     Connected c;
     struct Failing : Recorder {

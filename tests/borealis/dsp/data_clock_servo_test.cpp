@@ -54,15 +54,15 @@ ServoRun RunServo(double drift_ppm, double hours, double late_from) {
         const double arrival = true_seconds + 20e-6 + delay(random);
         const double whole = std::floor(arrival);
         std::int32_t correction;
-        const bool corrected = clock.Sync(
-            TimePair::Of(static_cast<std::int64_t>(epoch + whole),
-                         std::llround((arrival - whole) * 1e9)),
-            ticks, correction);
+        const bool corrected = clock.Sync(TimePair::Of(static_cast<std::int64_t>(epoch + whole),
+                                                       std::llround((arrival - whole) * 1e9)),
+                                          ticks, correction);
         if (was_valid && !clock.Valid()) ++run.acquisitions;
         was_valid = clock.Valid();
         if (!corrected) continue;
         register_value = ClockYzRegisterValue(correction);
-        if (std::abs(clock.LastMinDrift()) > 250000 || std::abs(register_value - Ideal(drift_ppm)) > 40)
+        if (std::abs(clock.LastMinDrift()) > 250000 ||
+            std::abs(register_value - Ideal(drift_ppm)) > 40)
             run.unsettled_until = true_seconds / 3600;
         if (true_seconds >= late_from * 3600) {
             run.late_register += register_value;

@@ -15,10 +15,16 @@ const std::int32_t kEpoch = 1700000000;
 TimePair At(std::int64_t nanoseconds) { return TimePair::Of(kEpoch, nanoseconds); }
 
 TEST(TimePair, NormalisesToTheSignOfTheSeconds) {
-    const struct { std::int64_t seconds, nanoseconds; std::int32_t expect_seconds, expect_nanoseconds; } cases[] = {
-        {1, -1, 0, 999999999},           {0, -1, 0, -1},
-        {-1, 1, 0, -999999999},          {2, 2500000000, 4, 500000000},
-        {-2, -1500000000, -3, -500000000}, {1, -1500000000, 0, -500000000},
+    const struct {
+        std::int64_t seconds, nanoseconds;
+        std::int32_t expect_seconds, expect_nanoseconds;
+    } cases[] = {
+        {1, -1, 0, 999999999},
+        {0, -1, 0, -1},
+        {-1, 1, 0, -999999999},
+        {2, 2500000000, 4, 500000000},
+        {-2, -1500000000, -3, -500000000},
+        {1, -1500000000, 0, -500000000},
         {0, 1000000000, 1, 0},
     };
     for (const auto& c : cases) {
@@ -72,10 +78,10 @@ TEST(DataClock, CorrectsOncePerPeriodWithinTheRegisterRange) {
         std::vector<std::int32_t> corrections;
         std::int32_t last_min_drift;
     } cases[] = {
-        {-1000000, {110, 120}, -1000000},        // integral and proportional terms
-        {400000000, {0, -32767}, 400000000},     // the first period's minimum is 0
+        {-1000000, {110, 120}, -1000000},     // integral and proportional terms
+        {400000000, {0, -32767}, 400000000},  // the first period's minimum is 0
         {-400000000, {32768, 32768}, -400000000},
-        {1000000000, {0}, 0},                     // a second off: acquire again
+        {1000000000, {0}, 0},  // a second off: acquire again
     };
     for (const auto& c : cases) {
         DataClock clock;
@@ -93,10 +99,14 @@ TEST(DataClock, CorrectsOncePerPeriodWithinTheRegisterRange) {
 }
 
 TEST(DataClock, RegisterValueIsCentredAndLimited) {
-    const struct { std::int32_t correction; std::uint32_t value; } cases[] = {
+    const struct {
+        std::int32_t correction;
+        std::uint32_t value;
+    } cases[] = {
         {0, 32768}, {110, 32878}, {32768, 65535}, {-32767, 1}, {40000, 65535}, {-40000, 0},
     };
-    for (const auto& c : cases) EXPECT_EQ(c.value, ClockYzRegisterValue(c.correction)) << c.correction;
+    for (const auto& c : cases)
+        EXPECT_EQ(c.value, ClockYzRegisterValue(c.correction)) << c.correction;
 }
 
 }  // namespace

@@ -28,7 +28,8 @@ Bytes Frame(std::uint16_t cmd, const std::vector<std::uint16_t>& words) {
     std::vector<std::uint16_t> all = {0, 0, 0, 0, cmd, static_cast<std::uint16_t>(words.size())};
     all.insert(all.end(), words.begin(), words.end());
     Bytes bytes;
-    for (std::uint16_t w : all) bytes.insert(bytes.end(), {std::uint8_t(w & 0xFF), std::uint8_t(w >> 8)});
+    for (std::uint16_t w : all)
+        bytes.insert(bytes.end(), {std::uint8_t(w & 0xFF), std::uint8_t(w >> 8)});
     return bytes;
 }
 
@@ -56,13 +57,17 @@ struct Connected {
     RecordingListener listener;
     Connected() { device.SetListener(&listener); }
 
-    void Send(const Bytes& packet) { EXPECT_EQ(processor.Write(packet.data(), packet.size()), packet.size()); }
+    void Send(const Bytes& packet) {
+        EXPECT_EQ(processor.Write(packet.data(), packet.size()), packet.size());
+    }
     // One packet written by the device, running the loop meanwhile; empty
     // when none came before the deadline.
     Bytes Receive() {
         Bytes packet(65536);
         ssize_t n = -1;
-        PumpUntil([&] { return (n = ::recv(processor.GetFd(), packet.data(), packet.size(), MSG_DONTWAIT)) >= 0; });
+        PumpUntil([&] {
+            return (n = ::recv(processor.GetFd(), packet.data(), packet.size(), MSG_DONTWAIT)) >= 0;
+        });
         packet.resize(n < 0 ? 0 : n);
         return packet;
     }
@@ -72,7 +77,8 @@ struct Connected {
         listener.events.clear();
         Send(packet);
         Send(Frame(2, {}));
-        EXPECT_TRUE(PumpUntil([&] { return !listener.events.empty() && listener.events.back() == "pong"; }));
+        EXPECT_TRUE(PumpUntil(
+            [&] { return !listener.events.empty() && listener.events.back() == "pong"; }));
         Events events = listener.events;
         if (!events.empty()) events.pop_back();  // the marker's
         return events;
@@ -83,7 +89,11 @@ TEST(DSPDevice, ParsesEachReadOnItsOwnAndDropsIncompleteTails) {
     Connected c;
     const Bytes frame = Frame(3, {'H', 'i'});
     const Bytes half = Bytes(frame.begin(), frame.begin() + frame.size() / 2);
-    const struct { const char* what; Bytes packet; Events expected; } reads[] = {
+    const struct {
+        const char* what;
+        Bytes packet;
+        Events expected;
+    } reads[] = {
         {"first read after opening", frame, {}},
         {"11 bytes", Bytes(11, 0), {}},
         {"one and a half frames", frame + half, {"dsp Hi"}},
@@ -96,9 +106,13 @@ TEST(DSPDevice, ParsesEachReadOnItsOwnAndDropsIncompleteTails) {
 
 TEST(DSPDevice, WritesQueuedFramesInOneWriteInOrder) {
     Connected c;
-    const struct { std::function<void(DSPDevice&)> send; Bytes expected; } senders[] = {
+    const struct {
+        std::function<void(DSPDevice&)> send;
+        Bytes expected;
+    } senders[] = {
         {[](DSPDevice& d) { d.SendStart(); }, {0, 0, 0, 0, 0, 0, 0, 0, 0x0D, 0, 0, 0}},
-        {[](DSPDevice& d) { d.LockLaserTemp(FloatFromBits(0x12345678)); }, Frame(17, {0x1234, 0x5678})},
+        {[](DSPDevice& d) { d.LockLaserTemp(FloatFromBits(0x12345678)); },
+         Frame(17, {0x1234, 0x5678})},
         {[](DSPDevice& d) { d.LockLaserTemp(30.5f); }, Frame(17, {0x41F4, 0x0000})},
         {[](DSPDevice& d) { d.ReleaseLaserTemp(); }, Frame(16, {})},
         {[](DSPDevice& d) { d.SetLaserDrive(1234); }, Frame(28, {1234})},
@@ -108,7 +122,9 @@ TEST(DSPDevice, WritesQueuedFramesInOneWriteInOrder) {
         {[](DSPDevice& d) { d.SetDropThreshold(-2.0f); }, Frame(8, {0xC000, 0})},
         {[](DSPDevice& d) { d.SetOffsets(-2, 3, 4); }, Frame(26, {0xFFFE, 3, 4})},
         {[](DSPDevice& d) { d.RequestTestData(); }, Frame(29, {})},
-        {[](DSPDevice& d) { d.SendLineLock({30.5f, 1, 2, 7000, 5}); },
+        {[](DSPDevice& d) {
+             d.SendLineLock({30.5f, 1, 2, 7000, 5});
+         },
          Frame(9, {0x41F4, 0, 0, 0, 0x3F80, 0, 0, 0, 0x3F80, 0, 1, 2, 7000, 5})},
     };
     Bytes expected;
@@ -182,9 +198,11 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
     c.device.Send(1, big.data(), static_cast<std::uint16_t>(big.size()));
     ASSERT_TRUE(PumpUntil([&] { return out.Text().find("HandleWrite") != std::string::npos; }));
     // The refused write is printed again at every turn of the loop.
-    EXPECT_EQ(0u, out.Text().find(
-                      "DSPDevice::HandleRead(): ERROR: no room for x\n"
-                      "DSPDevice::HandleWrite(): ERROR: StreamFileBase: error in Write: Message too long\n"))
+    EXPECT_EQ(
+        0u,
+        out.Text().find(
+            "DSPDevice::HandleRead(): ERROR: no room for x\n"
+            "DSPDevice::HandleWrite(): ERROR: StreamFileBase: error in Write: Message too long\n"))
         << out.Text();
     EXPECT_EQ(DSPDevice::kBufferWords + 6, c.device.QueuedWords());
     EXPECT_EQ(POLLIN | POLLOUT, c.device.GetEvents());
@@ -194,8 +212,9 @@ TEST(DSPDevice, ReportsHandlerErrorsAndGoesOn) {
 TEST(DSPDevice, OpeningAMissingDeviceFails) {
     TempRoot root;
     SimPlatform platform(root.path(), 4410);
-    EXPECT_EQ("StreamFile: Unable to open " + root.path() + "/dev/dsp4410: No such file or directory",
-              ErrorText([&] { DSPDevice device(platform); }));
+    EXPECT_EQ(
+        "StreamFile: Unable to open " + root.path() + "/dev/dsp4410: No such file or directory",
+        ErrorText([&] { DSPDevice device(platform); }));
 }
 
 TEST(DSPDevice, CpldRequestsWriteTheSimulatedRegisterFiles) {

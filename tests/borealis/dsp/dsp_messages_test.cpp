@@ -62,17 +62,21 @@ Words Waveform(std::size_t words) {
 // a whole test record (30) are pinned by the greeting and test data
 // scenarios.
 TEST(DSPMessages, DecodesEachCodeWithItsMinimumLength) {
-    const struct { std::uint16_t cmd; Words words; std::vector<std::string> expected; } cases[] = {
+    const struct {
+        std::uint16_t cmd;
+        Words words;
+        std::vector<std::string> expected;
+    } cases[] = {
         {3, {0x3348, 0x0069}, {"dsp Hi"}},  // the high byte is ignored
         {5, {'?'}, {"bad ?"}},
         {18, {}, {"fatal "}},
         {25, {0x1234, 0x5678}, {"sync 305419896"}},
         {25, {0x1234}, {}},
         {30, {}, {"test"}},
-        {6, Status(),
-         {"status 1234: 1.5 2.5 5.5 6.5 7.5 8.5 3.5 4.5 10.5 -11.5 9.5 12.5 13.5"}},
+        {6, Status(), {"status 1234: 1.5 2.5 5.5 6.5 7.5 8.5 3.5 4.5 10.5 -11.5 9.5 12.5 13.5"}},
         {6, Status(27), {}},
-        {7, Data(),
+        {7,
+         Data(),
          {"data 99 diag 0x0: 1.5 2.5 5.5 3.5 40.5 13.5 6.5 7.5 8.5 9.5 0 0 0 0 10.5 11.5 12.5"}},
         {7, Data(29), {}},
         {11, Waveform(102), {"waveS 65538 n 100 first -1 last 7"}},
@@ -84,17 +88,29 @@ TEST(DSPMessages, DecodesEachCodeWithItsMinimumLength) {
         {0, {}, {"unknown 0"}},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(c.expected, Decode(c.cmd, c.words)) << "code " << c.cmd << " length " << c.words.size();
+        EXPECT_EQ(c.expected, Decode(c.cmd, c.words))
+            << "code " << c.cmd << " length " << c.words.size();
 }
 
 TEST(DSPMessages, BuildsDiagFromFlagsAndSignal) {
-    const struct { std::uint32_t flags; float rssi, drop_rate; const char* diag; } cases[] = {
+    const struct {
+        std::uint32_t flags;
+        float rssi, drop_rate;
+        const char* diag;
+    } cases[] = {
         {0, 50, 0, "0x0"},
-        {0x80, 50, 0, "0x8000"}, {0x01, 50, 0, "0x2000"}, {0x02, 50, 0, "0x1000"},
-        {0x20, 50, 0, "0x800"}, {0x40, 50, 0, "0x400"}, {0x04, 50, 0, "0x8"},
-        {0x08, 50, 0, "0x4"}, {0x10, 50, 0, "0x2"},
+        {0x80, 50, 0, "0x8000"},
+        {0x01, 50, 0, "0x2000"},
+        {0x02, 50, 0, "0x1000"},
+        {0x20, 50, 0, "0x800"},
+        {0x40, 50, 0, "0x400"},
+        {0x04, 50, 0, "0x8"},
+        {0x08, 50, 0, "0x4"},
+        {0x10, 50, 0, "0x2"},
         {0xFFFF00FF, 50, 0, "0xbc0e"},  // only the low 16 bits are flags
-        {0, 9.5f, 0, "0x4000"}, {0, 10.0f, 90.0f, "0x0"}, {0, 10.0f, 90.5f, "0x4000"},
+        {0, 9.5f, 0, "0x4000"},
+        {0, 10.0f, 90.0f, "0x0"},
+        {0, 10.0f, 90.5f, "0x4000"},
     };
     for (const auto& c : cases) {
         std::vector<float> values(15, 1.0f);

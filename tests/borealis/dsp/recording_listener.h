@@ -17,9 +17,15 @@ public:
                            const std::uint16_t* words, std::size_t length) override {
         Add("unknown " + std::to_string(cmd) + Words(words, length));
     }
-    void GotBadCommand(std::uint32_t, std::uint32_t, const std::string& t) override { Add("bad " + t); }
-    void GotDSPMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("dsp " + t); }
-    void GotFatalMessage(std::uint32_t, std::uint32_t, const std::string& t) override { Add("fatal " + t); }
+    void GotBadCommand(std::uint32_t, std::uint32_t, const std::string& t) override {
+        Add("bad " + t);
+    }
+    void GotDSPMessage(std::uint32_t, std::uint32_t, const std::string& t) override {
+        Add("dsp " + t);
+    }
+    void GotFatalMessage(std::uint32_t, std::uint32_t, const std::string& t) override {
+        Add("fatal " + t);
+    }
     void GotPong(std::uint32_t, std::uint32_t) override { Add("pong"); }
     void GotCode24(std::uint32_t, std::uint32_t) override { Add("code24"); }
     void GotClockSync(std::uint32_t, std::uint32_t, std::uint32_t ticks) override {
@@ -39,8 +45,12 @@ public:
     }
     void GotWaveformS(std::uint32_t, std::uint32_t, const DSPWaveform& w) override { Wave("S", w); }
     void GotWaveformR(std::uint32_t, std::uint32_t, const DSPWaveform& w) override { Wave("R", w); }
-    void GotWaveformSDC(std::uint32_t, std::uint32_t, const DSPWaveform& w) override { Wave("SDC", w); }
-    void GotWaveformRDC(std::uint32_t, std::uint32_t, const DSPWaveform& w) override { Wave("RDC", w); }
+    void GotWaveformSDC(std::uint32_t, std::uint32_t, const DSPWaveform& w) override {
+        Wave("SDC", w);
+    }
+    void GotWaveformRDC(std::uint32_t, std::uint32_t, const DSPWaveform& w) override {
+        Wave("RDC", w);
+    }
     void GotTestData(std::uint32_t, std::uint32_t, const DSPTestRecord& r) override {
         Add("test" + Words(r.words.data(), r.words.size()));
     }

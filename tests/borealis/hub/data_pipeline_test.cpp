@@ -31,7 +31,8 @@ TEST(DataPipeline, AveragesTheNewestRecordsAndKeepsForty) {
         }
     }
     ASSERT_EQ(40u, pipeline.Recent().size());
-    EXPECT_EQ(190, pipeline.Recent().front().values[DSPDataRecord::PRESSURE]);  // scaled, not averaged
+    EXPECT_EQ(190,
+              pipeline.Recent().front().values[DSPDataRecord::PRESSURE]);  // scaled, not averaged
     EXPECT_EQ(6, pipeline.Recent().back().values[DSPDataRecord::CH4D]);
 }
 
@@ -47,7 +48,8 @@ TEST(ConvertAux, ConvertsByInputType) {
     DSPDataRecord record = Record(3);
     ConvertAuxInputs(record, cfg);
     EXPECT_EQ((std::vector<float>{3, 0, 0, 0, 0, 0, 0, 0, 6, 3}),
-              std::vector<float>(&record.values[DSPDataRecord::DROPRATE], &record.values[DSPDataRecord::AUXTC2]));
+              std::vector<float>(&record.values[DSPDataRecord::DROPRATE],
+                                 &record.values[DSPDataRecord::AUXTC2]));
 }
 
 TEST(ComputeCh4, AppliesZeroSpanAndTheGasLaw) {

@@ -44,7 +44,8 @@ TEST(TextCommand, RecognisesEachKeywordByItsFirstCharacterAndItsArguments) {
         EXPECT_EQ(command.kind, row.kind) << row.line;
         EXPECT_EQ(command.number, row.number) << row.line;
     }
-    EXPECT_EQ(ParseTextCommand("Base 1 2 3 4 5 6 7 8 9 Box one\n").rest, " 1 2 3 4 5 6 7 8 9 Box one\n");
+    EXPECT_EQ(ParseTextCommand("Base 1 2 3 4 5 6 7 8 9 Box one\n").rest,
+              " 1 2 3 4 5 6 7 8 9 Box one\n");
 }
 
 }  // namespace

@@ -16,8 +16,8 @@ TEST(SpinSequencer, SpinsWhileRunningThenIdlesOnceAndSettlesForThreeTicks) {
     // A started wash runs on until stopped.
     for (int code : {sequencer.Start(), sequencer.Step(), sequencer.Stop()}) codes.push_back(code);
     for (int i = 0; i < 6; ++i) codes.push_back(sequencer.Step());
-    EXPECT_EQ(codes, (std::vector<int>{5, 5, 5, 0, 0, 3, 3, 3, 0, 5, 5, 5, 0, 0,
-                                       3, 3, 0, 0, 5, 5, 5, 0, 0}));
+    EXPECT_EQ(codes, (std::vector<int>{5, 5, 5, 0, 0, 3, 3, 3, 0, 5, 5, 5,
+                                       0, 0, 3, 3, 0, 0, 5, 5, 5, 0, 0}));
 }
 
 }  // namespace

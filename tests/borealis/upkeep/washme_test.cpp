@@ -123,7 +123,8 @@ TEST(WashMe, FailedWriteIsReportedOnceAndNotRemembered) {
     WashMe washme(platform, "/dev/full");
     washme.SetMirrorPosition(5);
     EXPECT_EQ(washme.MotorSetPoint(), 0);
-    EXPECT_EQ(output.Text(), "WashMe: Unable to write to device /dev/full: No space left on device\n");
+    EXPECT_EQ(output.Text(),
+              "WashMe: Unable to write to device /dev/full: No space left on device\n");
 }
 
 TEST(MirrorHeaterDevice, OpensTheDeviceOrSaysWhichCannotBeOpened) {
@@ -132,7 +133,8 @@ TEST(MirrorHeaterDevice, OpensTheDeviceOrSaysWhichCannotBeOpened) {
     const std::string path = root / "/dev/mirror4410";
     EXPECT_EQ(ErrorText([&] { WashMe washme(simulated, "/dev/mirror4410"); }),
               "Unable to open device: " + path);
-    EXPECT_EQ(ErrorText([&] { LinuxPlatform().OpenMirror(path); }), "Unable to open device: " + path);
+    EXPECT_EQ(ErrorText([&] { LinuxPlatform().OpenMirror(path); }),
+              "Unable to open device: " + path);
 
     // A plain file in place of the analyzer's device reads back what was written.
     root.WriteFile("/dev/mirror4410", "old content");
