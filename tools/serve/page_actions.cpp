@@ -6,6 +6,8 @@
 namespace {
 
 std::string Perform(Exchange& exchange, const std::string& action, const std::string& argument) {
+    if (action == "rate" && argument.find_first_of("\r\n") != std::string::npos)
+        throw VelaError("a rate is one line");
     if (action == "rate")
         return "output rate " + SetElement(exchange, ElementPath("output/rate"), argument);
     if (action == "zero" || action == "span" || action == "commit" || action == "rollback")
@@ -23,6 +25,7 @@ std::string PageActions::Run(const std::string& action, const std::string& argum
     std::future<std::string> answer = job->answer.get_future();
     {
         std::lock_guard<std::mutex> lock(mutex_);
+        if (closed_) throw VelaError("vela serve is ending");
         queued_.push_back(job);
     }
     if (answer.wait_for(wait) != std::future_status::ready)
@@ -47,4 +50,12 @@ void PageActions::Serve(Exchange* exchange) {
             job->answer.set_exception(std::current_exception());
         }
     }
+}
+
+void PageActions::Close() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    closed_ = true;
+    for (const auto& job : queued_)
+        job->answer.set_exception(std::make_exception_ptr(VelaError("vela serve is ending")));
+    queued_.clear();
 }

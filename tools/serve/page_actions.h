@@ -23,6 +23,8 @@ public:
     // Runs the queued actions over `exchange`, in arrival order; with none
     // (no connection to the analyzer), each fails at once.
     void Serve(Exchange* exchange);
+    // Fails every action queued or still to come: vela serve is ending.
+    void Close();
 
 private:
     struct Job {
@@ -32,6 +34,7 @@ private:
 
     std::mutex mutex_;
     std::deque<std::shared_ptr<Job>> queued_;
+    bool closed_ = false;
 };
 
 #endif

@@ -118,5 +118,6 @@ int RunServe(const VelaOptions& options) {
             WaitBeforeRetry(actions, kRetryMs);
         }
     }
+    actions.Close();  // so that no browser's request holds the server up
     return kExitOk;
 }
