@@ -60,7 +60,7 @@ class History {
   clear() { this.start = 0; this.size = 0; }
 }
 
-const history = new History(kCapacity);
+const recent = new History(kCapacity);
 let latest = null;        // the last record
 let dirty = false;        // records came since the last drawing
 let lastDrawn = 0;
@@ -103,8 +103,8 @@ const kPlaces = [[0, 0], [0, 1], [1, 0], [2, 0], [3, 0]];
 function windowSeconds() { return Number($('window').value); }
 
 function draw() {
-  const span = windowSeconds(), end = history.latest();
-  history.series(span, end).forEach((points, i) => {
+  const span = windowSeconds(), end = recent.latest();
+  recent.series(span, end).forEach((points, i) => {
     const [chart, dataset] = kPlaces[i];
     charts[chart].data.datasets[dataset].data = points;
   });
@@ -156,8 +156,8 @@ function countRecord(seconds) {
 
 function takeRecord(record) {
   const time = record.SECONDS + record.NANOSECONDS / 1e9;
-  if (time < history.latest()) history.clear();  // the analyzer's clock stepped back
-  history.push(time, record);
+  if (time < recent.latest()) recent.clear();  // the analyzer's clock stepped back
+  recent.push(time, record);
   countRecord(record.SECONDS);
   latest = record;
   dirty = true;
@@ -242,7 +242,7 @@ async function act(action, argument) {
 $('rate-apply').addEventListener('click', () => act('rate', $('rate').value));
 for (const button of document.querySelectorAll('button[data-action]'))
   button.addEventListener('click', () => act(button.dataset.action, $('span-ppm').value));
-$('window').addEventListener('change', () => { dirty = history.size > 0; lastDrawn = 0; });
+$('window').addEventListener('change', () => { dirty = recent.size > 0; lastDrawn = 0; });
 
 const feed = new EventSource('/events');
 const listen = (event, handler) =>
