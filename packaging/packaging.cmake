@@ -48,6 +48,10 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Norvance Instruments <borealis@norvance.inv
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libavahi-compat-libdnssd1, libc6, libgcc-s1, libstdc++6")
+if(TARGET vela_serve_parts)
+  # vela serve's HTTP server.
+  string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libcpp-httplib0.11")
+endif()
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS avahi-daemon)
 if(CMAKE_LIBRARY_ARCHITECTURE STREQUAL "arm-linux-gnueabihf")
   set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE armhf)

@@ -2,10 +2,9 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "tools/analyzer_actions.h"
 #include "tools/analyzer_connection.h"
 #include "tools/commands.h"
-#include "tools/element_path.h"
-#include "tools/exchange.h"
 #include "tools/vela_error.h"
 
 namespace {
@@ -28,42 +27,50 @@ std::vector<std::string> Calibration(Exchange& exchange) {
     return values;
 }
 
-// The span gas concentration: a number of ppm above 0.
-std::string Concentration(const std::string& text) {
+}  // namespace
+
+bool IsConcentration(const std::string& text) {
     char* end = nullptr;
     const double ppm = std::strtod(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || !std::isfinite(ppm) || ppm <= 0)
-        throw UsageError("span: PPM is a concentration above 0: " + text +
-                         "\nusage: vela span PPM");
-    return text;
+    return !text.empty() && *end == '\0' && std::isfinite(ppm) && ppm > 0;
 }
-
-}  // namespace
 
 // Zero, commit and rollback go through the command elements, so that their
 // ack tells that they ran. A span goes as the text command, which takes its
 // concentration without changing the span gas setting; the request for the
 // values afterwards is handled after it. A zero or span that cannot be taken
 // answers with a message line before the ack of the request that follows.
-int RunCalibration(const VelaOptions& options) {
-    const std::string& command = options.command;
-    const std::string ppm = command == "span" ? Concentration(options.arguments.at(0)) : "";
-    AnalyzerConnection link(options.host, options.port, options.TimeoutMs(kDefaultTimeout));
-    Exchange exchange(link, options.TimeoutMs(kDefaultTimeout));
+std::string CalibrationStep(Exchange& exchange, const std::string& step, const std::string& ppm) {
+    if (step == "span" && !IsConcentration(ppm))
+        throw VelaError("a span concentration is a number of ppm above 0: " + ppm);
     const std::vector<std::string> before = Calibration(exchange);
-    if (command == "zero")
+    exchange.TakeMessages();
+    if (step == "zero")
         exchange.Ask(CommandElement("ch4zero"));
-    else if (command == "span")
+    else if (step == "span")
         exchange.Command("SpanCH4 " + ppm);
-    else if (command == "commit")
+    else if (step == "commit")
         exchange.Ask(CommandElement("calcommit"));
-    else
+    else if (step == "rollback")
         exchange.Ask(CommandElement("calrollback"));
+    else
+        throw VelaError("no calibration step " + step);
     const std::vector<std::string> after = Calibration(exchange);
     const std::vector<std::string> messages = exchange.TakeMessages();
     if (!messages.empty()) throw VelaError("the analyzer says: " + messages.front());
+    std::string change;
     for (std::size_t i = 0; i < after.size(); ++i)
-        std::cout << kCalibration[i] << " "
-                  << (before[i] == after[i] ? after[i] : before[i] + " -> " + after[i]) << "\n";
+        change += std::string(kCalibration[i]) + " " +
+                  (before[i] == after[i] ? after[i] : before[i] + " -> " + after[i]) + "\n";
+    return change;
+}
+
+int RunCalibration(const VelaOptions& options) {
+    const std::string ppm = options.command == "span" ? options.arguments.at(0) : "";
+    if (options.command == "span" && !IsConcentration(ppm))
+        throw UsageError("span: PPM is a concentration above 0: " + ppm + "\nusage: vela span PPM");
+    AnalyzerConnection link(options.host, options.port, options.TimeoutMs(kDefaultTimeout));
+    Exchange exchange(link, options.TimeoutMs(kDefaultTimeout));
+    std::cout << CalibrationStep(exchange, options.command, ppm);
     return kExitOk;
 }

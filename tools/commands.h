@@ -19,6 +19,8 @@ int RunSet(const VelaOptions& options);
 int RunCalibration(const VelaOptions& options);
 // watch: a live view in the terminal.
 int RunWatch(const VelaOptions& options);
+// serve: a live view in web browsers (in builds with an HTTP library).
+int RunServe(const VelaOptions& options);
 
 // How long commands wait for the analyzer without --timeout, in seconds.
 constexpr double kDefaultTimeout = 5;

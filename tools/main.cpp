@@ -22,8 +22,14 @@ int Run(const VelaOptions& options) {
         {"commit", RunCalibration},
         {"rollback", RunCalibration},
         {"watch", RunWatch},
+#ifdef VELA_SERVE
+        {"serve", RunServe},
+#endif
     };
-    return commands.at(options.command)(options);
+    const auto command = commands.find(options.command);
+    if (command == commands.end())
+        throw VelaError("this vela was built without " + options.command);
+    return command->second(options);
 }
 
 }  // namespace

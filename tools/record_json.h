@@ -12,4 +12,7 @@
 // the array "values".
 std::string JsonLine(const Record& record, const RecordReader& reader);
 
+// `text` as a JSON string.
+std::string JsonQuoted(const std::string& text);
+
 #endif

@@ -128,6 +128,22 @@ const std::vector<CommandEntry>& Commands() {
          "highlighted; NO_COLOR turns highlighting off), the record rate, the\n"
          "analyzer's identity and the connection, which is made again when it is\n"
          "lost. Ctrl-C ends it.\n"},
+        {"serve",
+         {"listen"},
+         0,
+         0,
+         "vela serve [--listen ADDR:PORT]",
+         "serve           a live view of the analyzer in web browsers",
+         "Serves a live view of the analyzer to web browsers at http://ADDR:PORT/\n"
+         "(default 127.0.0.1:8044; port 0 takes a free one, and the address is\n"
+         "printed): charts of CH4, its density, the temperature, pressure and signal\n"
+         "strength over a window of one minute to one hour, the DIAG flags, the\n"
+         "analyzer's identity and the connection, and a settings panel with the\n"
+         "configuration, the output rate and the CH4 calibration. All browsers share\n"
+         "one connection to the analyzer, which is made again when it is lost.\n"
+         "Ctrl-C ends it.\n"
+         "  --listen ADDR:PORT  where browsers connect ([ADDR]:PORT for IPv6;\n"
+         "                      0.0.0.0:8044 lets other machines in)\n"},
     };
     return commands;
 }
@@ -165,7 +181,8 @@ double ParseSeconds(const std::string& text) {
 }
 
 bool TakesValue(const std::string& option) {
-    return option == "host" || option == "port" || option == "timeout" || option == "count";
+    return option == "host" || option == "port" || option == "timeout" || option == "count" ||
+           option == "listen";
 }
 
 // Stores one option; `value` is empty for the flags.
@@ -178,6 +195,8 @@ void Apply(VelaOptions& options, const std::string& option, const std::string& v
         options.timeout = ParseSeconds(value);
     else if (option == "count")
         options.count = ParseNumber(option, value, 1, 1000000000);
+    else if (option == "listen")
+        options.listen = value;
     else if (option == "csv")
         options.csv = true;
     else if (option == "json")

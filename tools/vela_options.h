@@ -15,7 +15,8 @@ struct VelaOptions {
     bool json = false;
     bool status = false;
     bool clock = false;
-    long count = 0;  // records to take before ending; 0: no limit
+    long count = 0;                         // records to take before ending; 0: no limit
+    std::string listen = "127.0.0.1:8044";  // where serve takes browsers
     bool help = false;
 
     // The deadline of the command in milliseconds: --timeout, or `fallback`.
