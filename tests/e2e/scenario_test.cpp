@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/e2e/scenario_runner.h"
-#include "tests/e2e/unified_diff.h"
 
 namespace {
 
@@ -49,6 +48,12 @@ bool Regenerating() {
     return value && std::string(value) == "1";
 }
 
+// The line of `text` that holds position `at`.
+std::string LineAt(const std::string& text, std::size_t at) {
+    const std::size_t begin = at == 0 ? 0 : text.rfind('\n', at - 1) + 1;
+    return text.substr(begin, text.find('\n', begin) - begin);
+}
+
 class Scenario : public testing::TestWithParam<std::string> {};
 
 TEST_P(Scenario, GivesItsTranscript) {
@@ -69,9 +74,15 @@ TEST_P(Scenario, GivesItsTranscript) {
     }
     ASSERT_TRUE(ReadText(base + ".out", expected))
         << base << ".out is missing; BOREALIS_REGENERATE=1 writes it (tests/e2e/README.md)";
-    EXPECT_TRUE(transcript == expected) << "transcript differs from " << base << ".out:\n"
-                                        << "--- expected\n+++ actual\n"
-                                        << UnifiedDiff(expected, transcript);
+    // The first line that differs; regenerating and `git diff` show them all.
+    const std::size_t at =
+        std::mismatch(expected.begin(), expected.end(), transcript.begin(), transcript.end())
+            .first -
+        expected.begin();
+    EXPECT_TRUE(transcript == expected)
+        << base << ".out differs at line "
+        << 1 + std::count(expected.begin(), expected.begin() + at, '\n') << ":\n-"
+        << LineAt(expected, at) << "\n+" << LineAt(transcript, at);
 }
 
 // Test names are scenario names, so that a filter picks one scenario.
