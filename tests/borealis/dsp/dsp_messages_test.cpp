@@ -123,8 +123,4 @@ TEST(DSPMessages, BuildsDiagFromFlagsAndSignal) {
     }
 }
 
-TEST(DSPMessages, FormatsUnknownMessageLine) {
-    EXPECT_EQ("Got Unknown Message: cmd=0x63 len=0x1e\n", FormatUnknownMessage(99, 30));
-}
-
 }  // namespace

@@ -1,10 +1,6 @@
 #include "borealis/system/ptp_settings.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include "borealis/platform/sim_platform.h"
-#include "tests/support/temp_root.h"
 
 namespace {
 
@@ -34,23 +30,6 @@ TEST(PtpOptions, WritesTheOptionLineLast) {
         {"", PtpSettings::kSlaveOnly, "PTPD_OPTS=-g\n"},
     };
     for (const auto& c : cases) EXPECT_EQ(WritePtpOptions(c.text, c.mode), c.expected);
-}
-
-TEST(PtpSettings, RewritesAndRestartsOnlyForAModeNotInForce) {
-    TempRoot root;
-    root.WriteFile("/etc/sysconfig/ptpd", "PTPD_INTERFACE=br0\n");
-    root.WriteFile("/etc/rc.d/init.d/ptpd", "#!/bin/sh\necho \"$1\" >> \"$0.log\"\n");
-    ASSERT_EQ(::chmod((root / "/etc/rc.d/init.d/ptpd").c_str(), 0755), 0);
-    SimPlatform platform(root.path(), 4410);
-    PtpSettings ptp(platform);
-
-    ptp.ModeChanged(0);
-    ptp.ModeChanged(2);
-    ptp.ModeChanged(2);
-    ptp.ModeChanged(7);  // any index other than auto and preferred is slave only
-    EXPECT_EQ(root.ReadFile("/etc/sysconfig/ptpd"), "PTPD_INTERFACE=br0\nPTPD_OPTS=-g\n");
-    EXPECT_EQ(root.ReadFile("/etc/rc.d/init.d/ptpd.log"), "restart\nrestart\n");
-    EXPECT_EQ(PtpSettings(platform).mode(), PtpSettings::kSlaveOnly);
 }
 
 }  // namespace

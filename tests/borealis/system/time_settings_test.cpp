@@ -6,7 +6,6 @@
 #include <ctime>
 
 #include "borealis/platform/sim_platform.h"
-#include "borealis/system/ptp_settings.h"
 #include "tests/support/error_text.h"
 #include "tests/support/temp_root.h"
 
@@ -80,19 +79,6 @@ TEST_F(TimeSettingsTest, SetZoneInstallsTheZoneAndLocalTimeFollowsIt) {
     EXPECT_EQ(ErrorText([&] { time.SetZone("Mars/Base"); }), "Invalid timezone \"Mars/Base\"");
     EXPECT_EQ(time.current_zone(), "Asia/Tokyo");
     EXPECT_EQ(root_.ReadFile("/etc/timezone"), "Asia/Tokyo\n");
-}
-
-TEST_F(TimeSettingsTest, SetsBothClocksUnlessThePtpDaemonIsSlaveOnly) {
-    root_.WriteFile(kZones + "/UTC", "");
-    TimeSettings time(platform_);
-    time.SetTime(1700000000, 123456789);
-    root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-g\n");
-    time.ClockTimeChanged(1700000001, PtpSettings(platform_));
-    root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-p\n");
-    time.ClockTimeChanged(951782400, PtpSettings(platform_));
-    EXPECT_EQ(root_.ReadFile("/var/log/platform-actions.log"),
-              "settime 1700000000 123456\nrtc 2023-11-14 22:13:20\n"
-              "settime 951782400 0\nrtc 2000-02-29 00:00:00\n");
 }
 
 }  // namespace
