@@ -91,19 +91,6 @@ TEST(Doc4410, ReadOnlyElementsIgnoreWrites) {
     }
 }
 
-TEST(Doc4410, RateAcceptsExactlyItsOptions) {
-    Doc4410 doc;
-    for (int rate : {0, 1, 2, 5, 10, 20, 40}) {
-        EXPECT_EQ(Ask(doc, InVela({"output", "rate"}, std::to_string(rate))), "");
-        EXPECT_EQ(doc.vela.output.rate.number(), rate);
-    }
-    for (const char* text : {"3", "4O", "fast", "400"}) {
-        EXPECT_EQ(Ask(doc, InVela({"output", "rate"}, text)),
-                  std::string("<Error Param=\"rate\">invalid option: ") + text + "\n</Error>");
-        EXPECT_EQ(doc.vela.output.rate.number(), 40);
-    }
-}
-
 TEST(Doc4410, SerialNumberShowsTheFactorySerialNumber) {
     Doc4410 doc;
     EXPECT_EQ(Ask(doc, InVela({"factory", "serialnumber"}, "ch4-0042")), "");
