@@ -68,11 +68,11 @@ TEST_F(TimeSettingsTest, SetZoneInstallsTheZoneAndLocalTimeFollowsIt) {
     platform_.FollowLocalTimeFile();
     TimeSettings time(platform_);
 
+    // The zone's files and the local time after one change are in the
+    // system_zone scenario; a second change can come within the same
+    // second, where the file's time stamp need not change.
     time.SetZone("/Europe/Berlin");
-    EXPECT_EQ(root_.ReadFile("/etc/localtime"), FixedZone(3600));
-    EXPECT_EQ(root_.ReadFile("/etc/timezone"), "Europe/Berlin\n");
     EXPECT_EQ(LocalHourAtEpoch(), 1);
-    // Within the same second: the file's time stamp need not change.
     time.SetZone("Asia/Tokyo");
     EXPECT_EQ(LocalHourAtEpoch(), 9);
 
