@@ -1,9 +1,8 @@
 // The scenario corpus: every tests/e2e/scenarios/<name>.scn is played against
 // vela-sim and the daemon, and its transcript must equal <name>.out.
-#include <dirent.h>
-
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -21,15 +20,9 @@ const std::string kDisabled = "# disabled:";
 
 std::vector<std::string> ScenarioNames() {
     std::vector<std::string> names;
-    if (DIR* dir = ::opendir(kScenarioDir.c_str())) {
-        while (const dirent* entry = ::readdir(dir)) {
-            const std::string file = entry->d_name;
-            const std::size_t stem = file.size() - std::min(file.size(), kScenarioExtension.size());
-            if (stem > 0 && file.compare(stem, std::string::npos, kScenarioExtension) == 0)
-                names.push_back(file.substr(0, stem));
-        }
-        ::closedir(dir);
-    }
+    std::error_code missing;  // no scenarios then
+    for (const auto& entry : std::filesystem::directory_iterator(kScenarioDir, missing))
+        if (entry.path().extension() == kScenarioExtension) names.push_back(entry.path().stem());
     std::sort(names.begin(), names.end());
     return names;
 }
