@@ -114,8 +114,6 @@ TEST(DSPDevice, WritesQueuedFramesInOneWriteInOrder) {
         // processor received.
         {[](DSPDevice& d) { d.LockLaserTemp(FloatFromBits(0x12345678)); },
          Frame(17, {0x1234, 0x5678})},
-        {[](DSPDevice& d) { d.SetLaserDrive(1234); }, Frame(28, {1234})},
-        {[](DSPDevice& d) { d.SetBlockDrive(65535); }, Frame(27, {65535})},
         {[](DSPDevice& d) { d.SetOffsets(-2, 3, 4); }, Frame(26, {0xFFFE, 3, 4})},
     };
     Bytes expected;
