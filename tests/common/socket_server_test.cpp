@@ -13,17 +13,9 @@
 #include <vector>
 
 #include "tests/support/error_text.h"
-#include "tests/support/process.h"
+#include "tests/support/pump.h"
 
 namespace {
-
-// Runs the poll loop until `done` holds; false when the deadline passed.
-bool PollUntil(const std::function<bool()>& done) {
-    return WaitUntil([&] {
-        PollProcessor::Instance().Poll(0);
-        return done();
-    });
-}
 
 long OpenDescriptorCount() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
@@ -88,7 +80,7 @@ protected:
     std::unique_ptr<Peer> Connect() {
         long before = listener.Count("added");
         std::unique_ptr<Peer> peer(new Peer(port));
-        EXPECT_TRUE(PollUntil([&] { return listener.Count("added") > before; }));
+        EXPECT_TRUE(PumpUntil([&] { return listener.Count("added") > before; }));
         return peer;
     }
 
@@ -105,12 +97,12 @@ TEST_F(SocketServerTest, NotifiesTheListenersInOrderUntilRemoved) {
     server->AddListener(&second);
     auto peer = Connect();
     peer->Write("hello\nwor");
-    ASSERT_TRUE(PollUntil([&] { return listener.Count("request hello\n") == 1; }));
+    ASSERT_TRUE(PumpUntil([&] { return listener.Count("request hello\n") == 1; }));
     peer->Write("ld\n");
-    ASSERT_TRUE(PollUntil([&] { return listener.Count("request world\n") == 1; }));
+    ASSERT_TRUE(PumpUntil([&] { return listener.Count("request world\n") == 1; }));
     server->RemoveListener(&second);
     peer.reset();
-    ASSERT_TRUE(PollUntil([&] { return listener.Count("removed") == 1; }));
+    ASSERT_TRUE(PumpUntil([&] { return listener.Count("removed") == 1; }));
     std::vector<std::string> expected = {"added", "connected", "request hello\n",
                                          "request world\n"};
     EXPECT_EQ(second.log, expected);
@@ -134,7 +126,7 @@ TEST_F(SocketServerTest, SlowReaderGetsTheWholeAnswerInOrder) {
         peer->Write("request\n");
         if (half_closed) peer->Shutdown(SHUT_WR);
         std::set<std::size_t> pending_seen;
-        ASSERT_TRUE(PollUntil([&] {
+        ASSERT_TRUE(PumpUntil([&] {
             pending_seen.insert(client->GetPendingOutput());
             peer->Collect();
             return peer->received.size() == answer.size() && peer->ended == half_closed;
@@ -161,7 +153,7 @@ TEST_F(SocketServerTest, FailingClientIsClosedWithItsErrorAlone) {
             victim->Reset();
         else
             victim->Write("boom\n");
-        bool closed = PollUntil([&] { return listener.Count("removed") == (reset ? 2 : 1); });
+        bool closed = PumpUntil([&] { return listener.Count("removed") == (reset ? 2 : 1); });
         EXPECT_EQ(testing::internal::GetCapturedStdout(),
                   reset ? "SocketClient::HandleRead(): Got exception StreamFileBase: error in "
                           "Read: Connection reset by peer\n"
@@ -169,7 +161,7 @@ TEST_F(SocketServerTest, FailingClientIsClosedWithItsErrorAlone) {
         ASSERT_TRUE(closed);
     }
     bystander->Write("ping\n");
-    ASSERT_TRUE(PollUntil([&] {
+    ASSERT_TRUE(PumpUntil([&] {
         bystander->Collect();
         return bystander->received == "ping\n";
     }));
@@ -189,9 +181,9 @@ TEST_F(SocketServerTest, ClosedClientsLeaveNoDescriptorsBehind) {
     for (int round = 1; round <= 4; ++round) {
         std::vector<std::unique_ptr<Peer>> peers;
         for (int i = 0; i < batch; ++i) peers.emplace_back(new Peer(port));
-        ASSERT_TRUE(PollUntil([&] { return listener.Count("added") == round * batch; }));
+        ASSERT_TRUE(PumpUntil([&] { return listener.Count("added") == round * batch; }));
         peers.clear();
-        ASSERT_TRUE(PollUntil([&] { return listener.Count("removed") == round * batch; }));
+        ASSERT_TRUE(PumpUntil([&] { return listener.Count("removed") == round * batch; }));
         // Closed clients of earlier rounds were purged as new ones came in.
         EXPECT_LE(server->GetClients().size(), static_cast<std::size_t>(2 * batch));
     }

@@ -4,7 +4,6 @@
 
 #include <climits>
 #include <sstream>
-#include <string>
 
 namespace {
 

@@ -1,7 +1,6 @@
 #include "configurable/xml_writer.h"
 
 #include <sstream>
-#include <string>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 #ifndef TESTS_E2E_SCENARIO_RUNNER_H
 #define TESTS_E2E_SCENARIO_RUNNER_H
 
-#include <map>
 #include <memory>
 #include <sstream>
 #include <string>

@@ -1,9 +1,8 @@
 // The scenario corpus: every tests/e2e/scenarios/<name>.scn is played against
 // vela-sim and the daemon, and its transcript must equal <name>.out.
-#include <dirent.h>
-
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -12,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/e2e/scenario_runner.h"
-#include "tests/e2e/unified_diff.h"
 
 namespace {
 
@@ -22,15 +20,9 @@ const std::string kDisabled = "# disabled:";
 
 std::vector<std::string> ScenarioNames() {
     std::vector<std::string> names;
-    if (DIR* dir = ::opendir(kScenarioDir.c_str())) {
-        while (const dirent* entry = ::readdir(dir)) {
-            const std::string file = entry->d_name;
-            const std::size_t stem = file.size() - std::min(file.size(), kScenarioExtension.size());
-            if (stem > 0 && file.compare(stem, std::string::npos, kScenarioExtension) == 0)
-                names.push_back(file.substr(0, stem));
-        }
-        ::closedir(dir);
-    }
+    std::error_code missing;  // no scenarios then
+    for (const auto& entry : std::filesystem::directory_iterator(kScenarioDir, missing))
+        if (entry.path().extension() == kScenarioExtension) names.push_back(entry.path().stem());
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -47,6 +39,12 @@ bool ReadText(const std::string& path, std::string& text) {
 bool Regenerating() {
     const char* value = std::getenv("BOREALIS_REGENERATE");
     return value && std::string(value) == "1";
+}
+
+// The line of `text` that holds position `at`.
+std::string LineAt(const std::string& text, std::size_t at) {
+    const std::size_t begin = at == 0 ? 0 : text.rfind('\n', at - 1) + 1;
+    return text.substr(begin, text.find('\n', begin) - begin);
 }
 
 class Scenario : public testing::TestWithParam<std::string> {};
@@ -69,9 +67,15 @@ TEST_P(Scenario, GivesItsTranscript) {
     }
     ASSERT_TRUE(ReadText(base + ".out", expected))
         << base << ".out is missing; BOREALIS_REGENERATE=1 writes it (tests/e2e/README.md)";
-    EXPECT_TRUE(transcript == expected) << "transcript differs from " << base << ".out:\n"
-                                        << "--- expected\n+++ actual\n"
-                                        << UnifiedDiff(expected, transcript);
+    // The first line that differs; regenerating and `git diff` show them all.
+    const std::size_t at =
+        std::mismatch(expected.begin(), expected.end(), transcript.begin(), transcript.end())
+            .first -
+        expected.begin();
+    EXPECT_TRUE(transcript == expected)
+        << base << ".out differs at line "
+        << 1 + std::count(expected.begin(), expected.begin() + at, '\n') << ":\n-"
+        << LineAt(expected, at) << "\n+" << LineAt(transcript, at);
 }
 
 // Test names are scenario names, so that a filter picks one scenario.

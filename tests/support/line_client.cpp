@@ -81,22 +81,15 @@ std::string LineClient::ReadLine(std::chrono::milliseconds deadline) {
     return line;
 }
 
-std::string LineClient::ReadUntil(const std::function<bool(const std::string&)>& wanted,
-                                  std::chrono::milliseconds deadline) {
+std::string LineClient::ReadLineStartingWith(const std::string& prefix,
+                                             std::chrono::milliseconds deadline) {
     const auto end = std::chrono::steady_clock::now() + deadline;
-    skipped_.clear();
     for (;;) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
             end - std::chrono::steady_clock::now());
         std::string line = ReadLine(std::max(left, std::chrono::milliseconds(0)));
-        if (line.empty() || wanted(line)) return line;
-        skipped_ += line;
+        if (line.empty() || line.rfind(prefix, 0) == 0) return line;
     }
-}
-
-std::string LineClient::ReadLineStartingWith(const std::string& prefix,
-                                             std::chrono::milliseconds deadline) {
-    return ReadUntil([&](const std::string& line) { return line.rfind(prefix, 0) == 0; }, deadline);
 }
 
 bool LineClient::WaitClosed(std::chrono::milliseconds deadline) {

@@ -2,7 +2,6 @@
 #define TESTS_SUPPORT_LINE_CLIENT_H
 
 #include <chrono>
-#include <functional>
 #include <string>
 
 // A TCP client of the daemon that reads what it receives line by line.
@@ -30,15 +29,10 @@ public:
     // The next line with its "\n"; empty when none came before the deadline
     // or the daemon closed the connection.
     std::string ReadLine(std::chrono::milliseconds deadline = std::chrono::seconds(10));
-    // Reads lines until one satisfies `wanted`, which is returned; empty
-    // when none came before the deadline. The lines passed over are kept in
-    // Skipped().
-    std::string ReadUntil(const std::function<bool(const std::string&)>& wanted,
-                          std::chrono::milliseconds deadline = std::chrono::seconds(10));
-    // The next line that begins with `prefix`.
+    // The next line that begins with `prefix`; empty when none came before
+    // the deadline.
     std::string ReadLineStartingWith(const std::string& prefix,
                                      std::chrono::milliseconds deadline = std::chrono::seconds(10));
-    const std::string& Skipped() const { return skipped_; }
     // True when the daemon closed the connection before the deadline.
     bool WaitClosed(std::chrono::milliseconds deadline = std::chrono::seconds(10));
 
@@ -48,7 +42,6 @@ private:
     int fd_ = -1;
     bool closed_ = false;
     std::string buffer_;
-    std::string skipped_;
 };
 
 // Tries to connect to `port` until the deadline; true once the daemon

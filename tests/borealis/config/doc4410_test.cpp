@@ -6,7 +6,6 @@
 #include <iterator>
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include "tests/support/ask.h"
 #include "tests/support/error_text.h"
@@ -21,19 +20,6 @@ std::string Golden(const std::string& name) {
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (!text.empty() && text.back() == '\n') text.pop_back();
     return text;
-}
-
-// <norvance><vela><a><b>content</b></a></vela></norvance> for the path a/b.
-std::string InVela(const std::vector<std::string>& path, const std::string& content) {
-    std::string request = "<norvance><vela>";
-    for (const std::string& name : path) request += "<" + name + ">";
-    request += content;
-    for (auto name = path.rbegin(); name != path.rend(); ++name) request += "</" + *name + ">";
-    return request + "</vela></norvance>";
-}
-
-std::string Value(Doc4410& doc, const std::vector<std::string>& path) {
-    return Ask(doc, InVela(path, "&query_item;"));
 }
 
 TEST(Doc4410, FreshDocumentIsWrittenWithItsDefaults) {
@@ -70,44 +56,6 @@ TEST(Doc4410, AckAndErrorStayOutOfReadsAnswersAndDefaults) {
     EXPECT_EQ(answer.find("<ack"), std::string::npos);
     EXPECT_EQ(answer.find("<error"), std::string::npos);
     EXPECT_EQ(answer.rfind("<ver/><name/>", 0), 0u) << answer;
-}
-
-// The bounds of the numbers are in the type golden file, and the value
-// classes clamp to the bounds they describe.
-TEST(Doc4410, ReadOnlyElementsIgnoreWrites) {
-    const struct {
-        std::vector<std::string> path;
-        std::string written, stored;
-    } cases[] = {
-        {{"box", "usb", "data", "seconds"}, "false", "true"},
-        {{"box", "output", "data", "nanoseconds"}, "false", "true"},
-        {{"box", "usb", "data", "chk"}, "false", "true"},
-        {{"box", "usb", "data", "msec"}, "true", "true"},
-    };
-    for (const auto& c : cases) {
-        Doc4410 doc;
-        EXPECT_EQ(Ask(doc, InVela(c.path, c.written)), "") << c.path.back();
-        EXPECT_EQ(Value(doc, c.path), c.stored) << c.path.back();
-    }
-}
-
-TEST(Doc4410, RateAcceptsExactlyItsOptions) {
-    Doc4410 doc;
-    for (int rate : {0, 1, 2, 5, 10, 20, 40}) {
-        EXPECT_EQ(Ask(doc, InVela({"output", "rate"}, std::to_string(rate))), "");
-        EXPECT_EQ(doc.vela.output.rate.number(), rate);
-    }
-    for (const char* text : {"3", "4O", "fast", "400"}) {
-        EXPECT_EQ(Ask(doc, InVela({"output", "rate"}, text)),
-                  std::string("<Error Param=\"rate\">invalid option: ") + text + "\n</Error>");
-        EXPECT_EQ(doc.vela.output.rate.number(), 40);
-    }
-}
-
-TEST(Doc4410, SerialNumberShowsTheFactorySerialNumber) {
-    Doc4410 doc;
-    EXPECT_EQ(Ask(doc, InVela({"factory", "serialnumber"}, "ch4-0042")), "");
-    EXPECT_EQ(Value(doc, {"serialnumber"}), "ch4-0042");
 }
 
 TEST(ConfigCfg, LooksUpAuxiliariesAndDacsByNumber) {

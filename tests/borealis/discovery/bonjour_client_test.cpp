@@ -31,29 +31,12 @@ TEST(BonjourClient, ReportCodeNamesTheLibrarysErrors) {
         std::int32_t code;
         const char* message;  // nullptr: nothing reported
     } cases[] = {
+        // The first, either side of the library's gap, the last, and beyond.
         {0, nullptr},
         {-65537, "Error registering: Unknown Error"},
-        {-65538, "Error registering: No Such Name"},
-        {-65539, "Error registering: Out Of Memory"},
-        {-65540, "Error registering: Bad Parameter"},
-        {-65541, "Error registering: Bad Reference"},
-        {-65542, "Error registering: Bad State"},
-        {-65543, "Error registering: Bad Flags"},
-        {-65544, "Error registering: Unsupported"},
         {-65545, "Error registering: Not Initialized"},
         {-65546, "Error registering"},  // a gap in the library's codes
         {-65547, "Error registering: Already Registered"},
-        {-65548, "Error registering: Name Conflict"},
-        {-65549, "Error registering: Invalid"},
-        {-65550, "Error registering: Firewall"},
-        {-65551, "Error registering: Incompatible"},
-        {-65552, "Error registering: Bad Interface Index"},
-        {-65553, "Error registering: Refused"},
-        {-65554, "Error registering: No Such Record"},
-        {-65555, "Error registering: No Authorization"},
-        {-65556, "Error registering: No Such Key"},
-        {-65557, "Error registering: NAT Traversal"},
-        {-65558, "Error registering: Double NAT"},
         {-65559, "Error registering: Bad Time"},
         {-65560, "Error registering"},
         {1, "Error registering"},

@@ -27,15 +27,11 @@ const auto kIdle = [](int) { return false; };
 TEST(WashSchedule, DecidesEachSlotAtItsFirstCheck) {
     struct {
         const char* name;
-        int threshold, on, off, slot, period;
+        int set[5];  // threshold, on, off, slot, period
         std::vector<Checks> checks, disabled;
     } const cases[] = {
         {"slots of 10 s every 100 s",
-         30,
-         1001,
-         2001,
-         10,
-         100,
+         {30, 1001, 2001, 10, 100},
          {{{0, 1, 999, 1000}, 10, kIdle},
           {{1001, 1002, 1009, 1010}, 10, kRuns},
           {{1011, 1012, 1100}, 10, kIdle},
@@ -58,11 +54,7 @@ TEST(WashSchedule, DecidesEachSlotAtItsFirstCheck) {
           {{2001, 2002, 3001, 4999, 86201}, 10, kIdle}},
          {}},
         {"slot equal to the period",
-         30,
-         200,
-         2000,
-         300,
-         300,
+         {30, 200, 2000, 300, 300},
          {{{199}, 10, kIdle},
           {{200, 201, 250, 498, 499}, 10, kRuns},
           {{500, 501, 501, 799}, 40, kIdle},
@@ -71,20 +63,12 @@ TEST(WashSchedule, DecidesEachSlotAtItsFirstCheck) {
           {{1100}, 40, kIdle}},
          {{{0, 1, 86398, 86399}, 10, kIdle}}},
         {"off equal to on: the whole day",
-         30,
-         0,
-         0,
-         15,
-         1800,
+         {30, 0, 0, 15, 1800},
          {{Seconds(0, 86399), 20, [](int t) { return t % 1800 < 15; }},
           {{-5, 86400, 90000}, 20, kRuns}},  // clamped to midnight
          {{Seconds(0, 86400), 0, kIdle}}},
         {"window to the end of the day",
-         30,
-         86350,
-         86400,
-         10,
-         21,
+         {30, 86350, 86400, 10, 21},
          {{Seconds(0, 86349), 20, kIdle},
           {{86350}, 20, kRuns},
           {Seconds(86351, 86359), 40, kRuns},
@@ -95,28 +79,16 @@ TEST(WashSchedule, DecidesEachSlotAtItsFirstCheck) {
           {Seconds(0, 19), 20, kIdle}},
          {}},
         {"a slot every 3 s after midnight",
-         30,
-         0,
-         20,
-         1,
-         3,
+         {30, 0, 20, 1, 3},
          {{Seconds(86390, 86399), 20, kIdle},
           {Seconds(0, 19), 20, [](int t) { return t % 3 == 0; }}},
          {}},
         {"a new slot at midnight",
-         30,
-         86100,
-         300,
-         300,
-         300,
+         {30, 86100, 300, 300, 300},
          {{{86399}, 10, kRuns}, {{0, 1}, 50, kIdle}},
          {}},
         {"window across midnight",
-         30,
-         86350,
-         10,
-         60,
-         60,
+         {30, 86350, 10, 60, 60},
          {{Seconds(0, 9), 20, kRuns},
           {Seconds(10, 86349), 20, kIdle},
           {Seconds(86350, 86399), 20, kRuns},
@@ -126,7 +98,7 @@ TEST(WashSchedule, DecidesEachSlotAtItsFirstCheck) {
     };
     for (const auto& test : cases) {
         WashSchedule schedule;
-        schedule.Set(test.threshold, test.on, test.off, test.slot, test.period);
+        schedule.Set(test.set[0], test.set[1], test.set[2], test.set[3], test.set[4]);
         for (const auto* checks : {&test.checks, &test.disabled}) {
             if (checks == &test.disabled) schedule.Disable();
             for (const Checks& check : *checks)
