@@ -90,9 +90,11 @@ TEST_F(TimeSettingsTest, SetsBothClocksUnlessThePtpDaemonIsSlaveOnly) {
     time.ClockTimeChanged(1700000001, PtpSettings(platform_));
     root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-p\n");
     time.ClockTimeChanged(951782400, PtpSettings(platform_));
+    time.ClockTimeChanged(2224713600, PtpSettings(platform_));
     EXPECT_EQ(root_.ReadFile("/var/log/platform-actions.log"),
               "settime 1700000000 123456\nrtc 2023-11-14 22:13:20\n"
-              "settime 951782400 0\nrtc 2000-02-29 00:00:00\n");
+              "settime 951782400 0\nrtc 2000-02-29 00:00:00\n"
+              "settime 2224713600 0\nrtc 2040-07-01 00:00:00\n");
 }
 
 }  // namespace
