@@ -1,11 +1,14 @@
-// Clients that push the daemon's bounds: abusive requests, hundreds of
-// clients at once, connections that come and go by the thousand.
+// What an analyzer left alone for months must survive: clients that push
+// the daemon's bounds, hundreds of clients at once, connections that come
+// and go by the thousand, a kill in the middle of a save, the year 2038.
 #include <dirent.h>
+#include <signal.h>
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -166,11 +169,97 @@ TEST(Bounds, ConnectionsThatComeAndGoLeaveNoDescriptorBehind) {
     const pid_t pid = daemon.Process().pid();
     const int before = OpenDescriptors(pid);
     for (int i = 0; i < 1000; ++i) ASSERT_TRUE(LineClient(port).Connected()) << i;
-    // The last client closed is released at the next connection.
+    // Once this one is greeted, every earlier connection has been accepted.
     LineClient last(port);
     ASSERT_FALSE(last.ReadLine().empty());
     EXPECT_TRUE(WaitUntil([&] { return OpenDescriptors(pid) == before + 1; }))
         << OpenDescriptors(pid) << " descriptors, " << before << " before";
+}
+
+// A daemon killed at any moment of a configuration save starts again with
+// the old file or the new one, never a broken one.
+TEST(CrashSafeSave, AKilledDaemonLeavesTheOldFileOrTheNewOne) {
+    const std::string rates[] = {
+        "<norvance><vela><output><rate>10</rate></output></vela></norvance>\n",
+        "<norvance><vela><output><rate>20</rate></output></vela></norvance>\n",
+    };
+    TempRoot root;
+    SimulatedAnalyzer sim(root, {"--manual"});
+    // The two texts of the file, as the daemon saves them.
+    std::set<std::string> states;
+    {
+        const unsigned short port = UniqueTestPort();
+        DaemonUnderTest daemon(root, port);
+        ASSERT_TRUE(daemon.Ready());
+        LineClient client(port);
+        for (const std::string& rate : rates) {
+            client.Send(rate);
+            ASSERT_EQ(client.ReadLineStartingWith(kAck), kAck);
+            states.insert(root.ReadFile("/etc/vela.conf"));
+        }
+    }
+    ASSERT_EQ(states.size(), 2u);
+
+    // Each daemon is killed after a different number of answers, while the
+    // saves of the requests behind them go on.
+    std::string requests;
+    for (int i = 0; i < 100; ++i) requests += rates[i % 2];
+    for (int round = 0; round < 20; ++round) {
+        const unsigned short port = UniqueTestPort();
+        DaemonUnderTest daemon(root, port);
+        ASSERT_TRUE(daemon.Ready()) << "round " << round;
+        LineClient client(port);
+        client.Send(requests);
+        for (int answers = 0; answers < round % 7; ++answers)
+            ASSERT_EQ(client.ReadLineStartingWith(kAck), kAck);
+        daemon.Process().Signal(SIGKILL);
+        ASSERT_NE(daemon.Process().Wait(), -1);
+        const std::string saved = root.ReadFile("/etc/vela.conf");
+        ASSERT_EQ(states.count(saved), 1u) << "round " << round << ":\n" << saved;
+    }
+}
+
+// The third field of a record: its SECONDS.
+long long Seconds(const std::string& line) {
+    const std::string::size_type start = line.find('\t', line.find('\t') + 1) + 1;
+    return std::stoll(line.substr(start, line.find('\t', start) - start));
+}
+
+// The analyzer's records and data clock carry on past 2038-01-19 03:14:07
+// UTC, the last second a signed 32-bit time can hold.
+TEST(Year2038, RecordsAndTheDataClockRunOnPastTheLastSigned32BitSecond) {
+    TempRoot root;
+    // The processor's frames arrive from 30 s before the turn on.
+    SimulatedAnalyzer sim(root, {"--manual", "--epoch", "2147483618"});
+    const unsigned short port = UniqueTestPort();
+    DaemonUnderTest daemon(root, port);
+    ASSERT_TRUE(daemon.Ready());
+    LineClient client(port);
+    client.Send("<norvance><vela><output><dataclock>true</dataclock></output></vela></norvance>\n");
+    ASSERT_EQ(client.ReadLineStartingWith(kAck), kAck);
+    ASSERT_EQ(sim.Ask("run 60000"), "ok\n");
+    ASSERT_EQ(sim.Ask("message end"), "ok\n");
+
+    std::vector<long long> data_seconds;
+    std::vector<std::string> clock_lines;
+    for (std::string line; !(line = client.ReadLine()).empty() &&
+                           line != "DATAMSG\tMessage from DSP: end\n";) {
+        if (IsData(line)) data_seconds.push_back(Seconds(line));
+        if (line.compare(0, 10, "DATACLOCK\t") == 0) clock_lines.push_back(line);
+    }
+    // Forty records a second from the data clock's acquisition to the end,
+    // their seconds counting on through the turn.
+    ASSERT_GE(data_seconds.size(), 40u * 55);
+    EXPECT_LT(data_seconds.front(), 2147483648);
+    EXPECT_GT(data_seconds.back(), 2147483648 + 20);
+    for (std::size_t i = 1; i < data_seconds.size(); ++i)
+        ASSERT_TRUE(data_seconds[i] - data_seconds[i - 1] == 0 ||
+                    data_seconds[i] - data_seconds[i - 1] == 1)
+            << data_seconds[i - 1] << " then " << data_seconds[i];
+    bool turned = false;
+    for (const std::string& line : clock_lines)
+        turned = turned || line.find("\t2038-01-19\t03:14:08\t") != std::string::npos;
+    EXPECT_TRUE(turned) << "no data-clock record of 03:14:08 among " << clock_lines.size();
 }
 
 }  // namespace
