@@ -242,8 +242,8 @@ TEST(Year2038, RecordsAndTheDataClockRunOnPastTheLastSigned32BitSecond) {
 
     std::vector<long long> data_seconds;
     std::vector<std::string> clock_lines;
-    for (std::string line; !(line = client.ReadLine()).empty() &&
-                           line != "DATAMSG\tMessage from DSP: end\n";) {
+    for (std::string line;
+         !(line = client.ReadLine()).empty() && line != "DATAMSG\tMessage from DSP: end\n";) {
         if (IsData(line)) data_seconds.push_back(Seconds(line));
         if (line.compare(0, 10, "DATACLOCK\t") == 0) clock_lines.push_back(line);
     }
