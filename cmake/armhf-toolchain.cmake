@@ -19,9 +19,11 @@ set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 # 64-bit file offsets and inode numbers. Without them readdir and stat fail
 # with EOVERFLOW as soon as a file system hands out values beyond 32 bits
 # (ext4 directory offsets are 64-bit hashes when the kernel is 64-bit, as it
-# is under emulation). time_t keeps the board's 32 bits.
-set(CMAKE_C_FLAGS_INIT "-D_FILE_OFFSET_BITS=64")
-set(CMAKE_CXX_FLAGS_INIT "-D_FILE_OFFSET_BITS=64")
+# is under emulation). 64-bit time_t, so that the analyzer's clock, its
+# records and its settings go on past 2038-01-19 03:14:07 UTC (the C library
+# allows it only together with 64-bit offsets).
+set(CMAKE_C_FLAGS_INIT "-D_FILE_OFFSET_BITS=64 -D_TIME_BITS=64")
+set(CMAKE_CXX_FLAGS_INIT "-D_FILE_OFFSET_BITS=64 -D_TIME_BITS=64")
 
 if(NOT BOREALIS_ARM_SYSROOT)
   set(BOREALIS_ARM_SYSROOT ${CMAKE_CURRENT_LIST_DIR}/../build/armhf-sysroot)

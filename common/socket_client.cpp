@@ -43,6 +43,21 @@ void SocketClient::Close() {
 
 void SocketClient::HandleData(const std::string& data) { server_->NotifyGotRequest(this, data); }
 
+std::string SocketClient::PeerText() {
+    try {
+        SocketAddress peer;
+        socket_.GetPeerName(&peer);
+        return peer.ToString();
+    } catch (const std::exception&) {
+        return "unknown";
+    }
+}
+
+void SocketClient::CloseForAbuse(const std::string& reason) {
+    std::cout << "SocketClient: " << reason << " from " << PeerText() << "; closing" << std::endl;
+    CloseAfterFailure();
+}
+
 void SocketClient::MarkConnected() {
     if (IsConnected()) return;
     flags_ |= kConnected;
@@ -126,5 +141,9 @@ SocketClientParseData::SocketClientParseData(SocketServer* server, const std::st
 void SocketClientParseData::HandleData(const std::string& data) {
     parser_.Append(data);
     std::string message;
-    while (parser_.GetMessage(message)) GetServer()->NotifyGotRequest(this, message);
+    // A listener may close the client (a "q" among the messages): what
+    // follows it is not for anybody.
+    while (IsOpen() && parser_.GetMessage(message)) GetServer()->NotifyGotRequest(this, message);
+    if (IsOpen() && parser_.GetBuffer().size() > kLongestMessage)
+        CloseForAbuse("line longer than " + std::to_string(kLongestMessage) + " bytes");
 }

@@ -108,6 +108,12 @@ public:
     bool IsOutgoing() const { return flags_ & kOutgoing; }
     // Bytes accepted by Send and not yet written.
     std::size_t GetPendingOutput() const { return output_.size(); }
+    // The peer's address as text, for messages; "unknown" when it cannot be
+    // read.
+    std::string PeerText();
+    // Writes `reason` and the peer's address as one line to standard output
+    // and closes the client: the way a client that breaks a limit is ended.
+    void CloseForAbuse(const std::string& reason);
 
     boost::shared_ptr<SocketClientContext> GetContext() const { return context_; }
     void SetContext(const boost::shared_ptr<SocketClientContext>& context) { context_ = context; }
@@ -140,14 +146,20 @@ private:
     boost::shared_ptr<SocketClientContext> context_;
 };
 
-// A client that cuts its input into messages at the server's delimiter.
+// A client that cuts its input into messages at the server's delimiter. A
+// message that grows past kLongestMessage bytes without its delimiter ends
+// the client: nothing legitimate is that long, and the buffer must not grow
+// for ever.
 class SocketClientParseData : public SocketClient {
 public:
+    static constexpr std::size_t kLongestMessage = 1048576;
+
     SocketClientParseData(SocketServer* server, const std::string& delimiter);
     SocketClientParseData(SocketServer* server, const std::string& delimiter,
                           const SocketAddress& address, unsigned seconds);
 
-    // Reports every whole message, delimiter included.
+    // Reports every whole message, delimiter included, while the client
+    // stays open.
     void HandleData(const std::string& data) override;
 
 private:

@@ -5,6 +5,7 @@
 
 #include "borealis/config/doc4410.h"
 #include "borealis/platform/platform.h"
+#include "common/durable_file.h"
 
 namespace {
 
@@ -49,9 +50,13 @@ std::vector<Configurable*> ConfigFiles::VelaConfExclusions() const {
 
 void ConfigFiles::Save(const std::string& path, const Configurable& element,
                        const std::vector<Configurable*>& excluded) {
-    Exclusion exclusion(excluded);
-    std::ofstream out(path, std::ios::trunc);
-    if (out) out << element << "\n";
+    std::ostringstream text;
+    {
+        Exclusion exclusion(excluded);
+        text << element << "\n";
+    }
+    // A file that cannot be written is left as it was.
+    WriteFileDurably(path, text.str());
 }
 
 void ConfigFiles::SaveVelaConf() { Save(vela_path_, doc_, VelaConfExclusions()); }

@@ -16,23 +16,22 @@ TimePair TimePair::Of(std::int64_t seconds, std::int64_t nanoseconds) {
         nanoseconds -= kNanosecondsPerSecond;
     }
     TimePair result;
-    // Seconds outside the 32-bit range wrap around instead of overflowing.
-    result.seconds = static_cast<std::int32_t>(static_cast<std::uint32_t>(seconds));
+    result.seconds = seconds;
     result.nanoseconds = static_cast<std::int32_t>(nanoseconds);
     return result;
 }
 
 std::int64_t TimePair::TotalNanoseconds() const {
-    return static_cast<std::int64_t>(seconds) * kNanosecondsPerSecond + nanoseconds;
+    return seconds * kNanosecondsPerSecond + nanoseconds;
 }
 
 TimePair operator+(const TimePair& a, const TimePair& b) {
-    return TimePair::Of(static_cast<std::int64_t>(a.seconds) + b.seconds,
+    return TimePair::Of(a.seconds + b.seconds,
                         static_cast<std::int64_t>(a.nanoseconds) + b.nanoseconds);
 }
 
 TimePair operator-(const TimePair& a, const TimePair& b) {
-    return TimePair::Of(static_cast<std::int64_t>(a.seconds) - b.seconds,
+    return TimePair::Of(a.seconds - b.seconds,
                         static_cast<std::int64_t>(a.nanoseconds) - b.nanoseconds);
 }
 

@@ -3,12 +3,13 @@
 
 #include <cstdint>
 
-// A time or a time difference as whole seconds and nanoseconds, each signed
-// 32-bit. Kept normalised: the nanoseconds lie within one second and have the
+// A time or a time difference as whole seconds (signed 64-bit, so that times
+// after January 2038 stay positive) and nanoseconds (signed 32-bit). Kept
+// normalised: the nanoseconds lie within one second and have the
 // sign of the seconds (a positive time has 0 .. 999999999, a negative one
 // -999999999 .. 0).
 struct TimePair {
-    std::int32_t seconds = 0;
+    std::int64_t seconds = 0;
     std::int32_t nanoseconds = 0;
 
     // The normalised pair for `seconds` + `nanoseconds` (any range).

@@ -11,6 +11,7 @@ const TimePair kAheadBy = TimePair::Of(5, 0);        // beyond this a stamp is n
 }  // namespace
 
 void BoxSampleQueue::Push(const TimePair& stamp, const std::array<float, 4>& values) {
+    if (samples_.size() == kMostSamples) samples_.pop_front();
     samples_.push_back({stamp, values});
 }
 

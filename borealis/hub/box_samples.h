@@ -16,9 +16,16 @@
 // that start one second before t. Older samples, and any stamped more than
 // 5 s after t (a box clock gone astray), can never match and are dropped; a
 // sample between the two waits for a later record.
+//
+// The queue holds at most kMostSamples: 25 s of a box that reports at the
+// record rate, while a box that floods the daemon, or records that stop
+// coming, cannot make it grow. The oldest sample goes first.
 class BoxSampleQueue {
 public:
-    // Queues a sample taken at `stamp`, behind the earlier ones.
+    static constexpr std::size_t kMostSamples = 1024;
+
+    // Queues a sample taken at `stamp`, behind the earlier ones, dropping
+    // the oldest when the queue is full.
     void Push(const TimePair& stamp, const std::array<float, 4>& values);
     // Fills `values` with the sample that belongs to the record at `time`
     // and removes it, dropping stale samples on the way; false (values

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "borealis/config/doc4410.h"
+#include "borealis/hub/answer_stream.h"
 #include "borealis/hub/client_fanout.h"
 #include "borealis/hub/interface_box.h"
 #include "borealis/hub/measurement_records.h"
@@ -71,6 +72,9 @@ void ClientSessions::HandleLine(SocketClient* client, const std::string& message
         if (message.empty()) return;
         Classify(client, message);
         NotifyConfigChanged();
+    } catch (const AnswerTooLong& e) {
+        // Not the request itself: it may be a megabyte long.
+        std::cout << "GotRequest: " << e.what() << "; not sent" << std::endl;
     } catch (const std::exception&) {
         std::cout << "GotRequest: Error with request: " << message << std::endl;
     } catch (...) {
@@ -82,10 +86,20 @@ void ClientSessions::Classify(SocketClient* client, const std::string& message) 
     if (message[0] != '<' && message[0] != '&') {
         if (command_handler_) command_handler_(client, message);
     } else if (message.find("&query_changes") != std::string::npos) {
-        subscriptions_.emplace_back(client, message);
+        Subscribe(client, message);
     } else {
         HandleXMLRequest(client, message);
     }
+}
+
+void ClientSessions::Subscribe(SocketClient* client, const std::string& message) {
+    BorealisSocketContext* context = ContextOf(client);
+    if (context && context->subscriptions == kMostSubscriptions) {
+        client->CloseForAbuse("more than " + std::to_string(kMostSubscriptions) + " subscriptions");
+        return;
+    }
+    if (context) ++context->subscriptions;
+    subscriptions_.emplace_back(client, message);
 }
 
 void ClientSessions::NotifyConfigChanged() {
@@ -113,7 +127,7 @@ void ClientSessions::HandleXMLRequest(SocketClient* client, const std::string& r
     std::uint32_t outputs = context ? context->outputs : 0;
     MirrorSelection(outputs);
 
-    std::ostringstream answer;
+    AnswerStream answer(SendLimit::ANSWER);
     Configurable::set_compact(answer);
     std::istringstream in(request);
     doc_.ReadAndDispatch(in, answer);
@@ -172,7 +186,7 @@ void ClientSessions::AnswerSubscription(SocketClient* client, const std::string&
     ConfigOutput& output = doc_.vela.output;
     for (int bit = 0; bit < 4; ++bit) SelectionElement(output, bit)->set_changed(false);
 
-    std::ostringstream answer;
+    AnswerStream answer(SendLimit::ANSWER);
     Configurable::set_compact(answer);
     std::istringstream in(request);
     doc_.process(in, answer);

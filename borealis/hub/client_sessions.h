@@ -20,6 +20,11 @@ struct InterfaceBox;
 // record streams.
 class ClientSessions {
 public:
+    // Subscriptions one client may hold; every change is answered for each,
+    // so a client holding more is closed. No real client needs more than a
+    // few.
+    static constexpr std::size_t kMostSubscriptions = 1000;
+
     // Handles a line that is not XML (a text command).
     typedef std::function<void(SocketClient*, const std::string&)> CommandHandler;
 
@@ -52,6 +57,7 @@ public:
 private:
     void HandleLine(SocketClient* client, const std::string& message);
     void Classify(SocketClient* client, const std::string& message);
+    void Subscribe(SocketClient* client, const std::string& message);
     void RefreshClock(std::int64_t now);
     void RefreshAddress(std::int64_t now);
     void MirrorSelection(std::uint32_t outputs);

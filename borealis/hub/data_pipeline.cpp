@@ -41,7 +41,7 @@ void DataPipeline::ScaleAndAverage(DSPDataRecord& record, float pzero, float psp
     }
 }
 
-bool DataPipeline::Decimate(std::int32_t seconds) {
+bool DataPipeline::Decimate(std::int64_t seconds) {
     if (average_count_ <= 1) {
         return true;
     }
@@ -53,7 +53,7 @@ bool DataPipeline::Decimate(std::int32_t seconds) {
     return true;
 }
 
-bool DataPipeline::EnterSecond(std::int32_t seconds) {
+bool DataPipeline::EnterSecond(std::int64_t seconds) {
     const bool changed = seconds != last_second_;
     last_second_ = seconds;
     return changed;

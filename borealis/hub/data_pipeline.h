@@ -41,9 +41,9 @@ public:
 
     // False when the record at `seconds` is dropped: the same second as the
     // last record that passed, and fewer than AverageCount() records since.
-    bool Decimate(std::int32_t seconds);
+    bool Decimate(std::int64_t seconds);
     // True when `seconds` differs from the last second entered; remembers it.
-    bool EnterSecond(std::int32_t seconds);
+    bool EnterSecond(std::int64_t seconds);
     // True when a data line is due: the rate is not 0, or a line was
     // requested (the request is then used up).
     bool DataLineDue();
@@ -52,7 +52,7 @@ private:
     std::deque<DSPDataRecord> history_;
     unsigned average_count_ = 1;
     unsigned decimation_counter_ = 0;
-    std::int32_t last_second_ = 0;
+    std::int64_t last_second_ = 0;
     bool send_next_data_ = false;
 };
 

@@ -13,7 +13,7 @@ class SocketClient;
 // One periodic report of an interface box: the "Base" line's fields after
 // its first word.
 struct BoxReport {
-    std::int32_t seconds = 0;
+    std::int64_t seconds = 0;
     std::int32_t nanoseconds = 0;
     int usb = 0;
     float usb_capacity = 0;

@@ -18,7 +18,7 @@
 namespace {
 
 // The local date and time of `seconds` as "YYYY-MM-DD" and "HH:MM:SS".
-void LocalDateAndTime(std::int32_t seconds, std::string& date, std::string& time) {
+void LocalDateAndTime(std::int64_t seconds, std::string& date, std::string& time) {
     const time_t when = seconds;
     struct tm local = {};
     localtime_r(&when, &local);
@@ -31,7 +31,7 @@ void LocalDateAndTime(std::int32_t seconds, std::string& date, std::string& time
 }
 
 // Seconds since local midnight of `seconds`.
-int LocalTimeOfDay(std::int32_t seconds) {
+int LocalTimeOfDay(std::int64_t seconds) {
     const time_t when = seconds;
     struct tm local = {};
     localtime_r(&when, &local);

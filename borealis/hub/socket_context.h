@@ -1,6 +1,7 @@
 #ifndef BOREALIS_HUB_SOCKET_CONTEXT_H
 #define BOREALIS_HUB_SOCKET_CONTEXT_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "common/socket_server.h"
@@ -18,6 +19,8 @@ struct OutputBit {
 class BorealisSocketContext : public SocketClientContext {
 public:
     std::uint32_t outputs = 0;
+    // Change subscriptions the client holds.
+    std::size_t subscriptions = 0;
 };
 
 // The hub's context of `client`; null when it has none.

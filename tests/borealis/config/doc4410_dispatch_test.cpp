@@ -177,6 +177,7 @@ TEST(ConfigCfgClock, TimeReadsLocalDateAndTimeAndSetFromTimeWritesThemBack) {
         {"UTC0", "2024-02-30", "00:00:00", "1709251200", "2024-03-01 00:00:00"},
         {kCet, "2024-02-10", "13:05:07", "1707566707", "2024-02-10 13:05:07"},
         {kCet, "2024-07-01", "12:00:00", "1719828000", "2024-07-01 12:00:00"},  // summer time
+        {kCet, "2040-02-29", "12:00:00", "2214126000", "2040-02-29 12:00:00"},  // after 2038
         {"UTC0", "2024-02", "12:05:07", "Invalid date format (should be YYYY-MM-DD): 2024-02", ""},
         {"UTC0", "2024-02-10", "12-05-07", "Invalid time format (should be HH:MM:SS): 12-05-07",
          ""},

@@ -24,4 +24,13 @@ TEST(BoxSampleQueue, DropsStaleSamplesTakesTheMatchAndKeepsLaterOnes) {
     EXPECT_EQ((Values{5, 6, 7, 8}), values);
 }
 
+TEST(BoxSampleQueue, AFloodKeepsOnlyTheNewestSamples) {
+    BoxSampleQueue queue;
+    for (std::size_t i = 0; i <= BoxSampleQueue::kMostSamples; ++i)
+        queue.Push(TimePair::Of(999, 500000000 + i), {float(i), 0, 0, 0});
+    Values values{};
+    ASSERT_TRUE(queue.Take(TimePair::Of(1000, 500000000), values));
+    EXPECT_EQ(1, values[0]) << "the oldest sample went first";
+}
+
 }  // namespace

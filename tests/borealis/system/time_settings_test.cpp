@@ -77,4 +77,13 @@ TEST_F(TimeSettingsTest, SetZoneInstallsTheZoneAndLocalTimeFollowsIt) {
     EXPECT_EQ(root_.ReadFile("/etc/timezone"), "Asia/Tokyo\n");
 }
 
+// Past January 2038 on the analyzer's 32-bit board: both clocks set right.
+TEST_F(TimeSettingsTest, SetsBothClocksPast2038) {
+    TimeSettings time(platform_);
+    root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-g\n");
+    time.ClockTimeChanged(2224713600, PtpSettings(platform_));
+    EXPECT_EQ(root_.ReadFile("/var/log/platform-actions.log"),
+              "settime 2224713600 0\nrtc 2040-07-01 00:00:00\n");
+}
+
 }  // namespace
