@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "borealis/platform/sim_platform.h"
+#include "borealis/system/ptp_settings.h"
 #include "tests/support/error_text.h"
 #include "tests/support/temp_root.h"
 
