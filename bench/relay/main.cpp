@@ -25,11 +25,11 @@ const char kSubscription[] = "<norvance><vela><cfg>&query_changes;</cfg></vela><
 struct Options {
     Programs programs;
     int runs = 3;
-    double window_seconds = 5;  // of records at 40 a second, per point
-    long fast_records = 20000;  // per point at the highest rate
+    double window_seconds = 4;  // of records at 40 a second, per point
+    long fast_records = 10000;  // per point at the highest rate
     int latency_repeats = 20;
     long memory_records = 10000000;
-    double memory_seconds = 150;
+    double memory_seconds = 100;
 };
 
 // Figures for the daemon [0] and the baseline [1].
@@ -316,7 +316,11 @@ Options ParseOptions(int argc, char** argv) {
     return options;
 }
 
-void Step(const char* what) { std::cerr << "bench-relay: " << what << std::endl; }
+void Step(const char* what) {
+    static const auto start = Clock::now();
+    std::cerr << "bench-relay: " << static_cast<int>(SecondsSince(start)) << " s: " << what
+              << std::endl;
+}
 
 }  // namespace
 

@@ -1,6 +1,8 @@
 #include "bench/relay/relays.h"
 
+#include <netinet/in.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -24,8 +26,17 @@ void WaitForLine(const std::string& log, const std::string& line, const char* wh
 }  // namespace
 
 int NextPort() {
-    static int port = 20000 + static_cast<int>(getpid() % 2000) * 10;
-    return ++port;
+    // A port the kernel finds free now: fixed numbers would collide with
+    // whatever else runs on the machine.
+    const int fd = socket(AF_INET6, SOCK_STREAM, 0);
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    socklen_t length = sizeof address;
+    if (bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
+        getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        throw std::runtime_error("bench: no free port");
+    close(fd);
+    return ntohs(address.sin6_port);
 }
 
 DaemonRelay::DaemonRelay(const Programs& programs, int port, bool manual) : Relay(port) {

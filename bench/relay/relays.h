@@ -62,8 +62,7 @@ private:
     std::unique_ptr<Child> baseline_;
 };
 
-// A TCP port no earlier relay of this process used (the daemon's listening
-// socket does not reuse addresses).
+// A TCP port that is free at the moment of asking.
 int NextPort();
 
 #endif
