@@ -12,7 +12,7 @@ void PollItem::Register() {
     if (registered_) return;
     PollProcessor& processor = PollProcessor::Instance();
     processor.items_.Add(this);
-    processor.table_stale_ = true;
+    processor.NoteItemsChanged();
     registered_ = true;
 }
 
@@ -20,7 +20,7 @@ void PollItem::Unregister() {
     if (!registered_) return;
     PollProcessor& processor = PollProcessor::Instance();
     processor.items_.Remove(this);
-    processor.table_stale_ = true;
+    processor.NoteItemsChanged();
     registered_ = false;
 }
 

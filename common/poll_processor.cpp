@@ -1,5 +1,6 @@
 #include "common/poll_processor.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include "common/errno_error.h"
@@ -80,6 +81,30 @@ PollItem* PollProcessor::FindItem(int fd) {
     return found;
 }
 
+// One walk of the list indexes every descriptor, so that a loop serving
+// many clients does not walk the whole list once for each ready one.
+void PollProcessor::IndexItems() {
+    std::fill(item_by_fd_.begin(), item_by_fd_.end(), nullptr);
+    items_.ForEach([this](PollItem* item) {
+        const int fd = item->GetFd();
+        if (fd < 0) return;
+        if (static_cast<std::size_t>(fd) >= item_by_fd_.size()) item_by_fd_.resize(fd + 1);
+        if (!item_by_fd_[fd]) item_by_fd_[fd] = item;
+    });
+}
+
+// What FindItem(fd) answers, from the index while no item joined or left
+// since it was taken (a departed item may already be deleted) and the item
+// it names still holds the descriptor; otherwise by walking the list.
+PollItem* PollProcessor::ItemOf(int fd, unsigned indexed_version) {
+    if (indexed_version == items_version_ && fd >= 0 &&
+        static_cast<std::size_t>(fd) < item_by_fd_.size()) {
+        PollItem* item = item_by_fd_[fd];
+        if (item && item->GetFd() == fd) return item;
+    }
+    return FindItem(fd);
+}
+
 void PollProcessor::Dispatch() {
     // Handlers may register items and so rebuild the table; walk a copy.
     std::vector<pollfd> ready;
@@ -96,8 +121,10 @@ void PollProcessor::Dispatch() {
         {POLLOUT, &PollItem::HandleWrite},    {POLLERR, &PollItem::HandleError},
         {POLLHUP, &PollItem::HandleHangUp},   {POLLNVAL, &PollItem::HandleInvalid},
     };
+    IndexItems();
+    const unsigned indexed_version = items_version_;
     for (const auto& entry : ready) {
-        PollItem* item = FindItem(entry.fd);
+        PollItem* item = ItemOf(entry.fd, indexed_version);
         if (!item) continue;
         for (const auto& event : events)
             if ((entry.revents & event.bit) && item->IsRegistered()) (item->*event.handler)();

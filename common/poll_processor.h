@@ -44,10 +44,20 @@ private:
     void RebuildTable();
     void Dispatch();
     PollItem* FindItem(int fd);
+    void IndexItems();
+    PollItem* ItemOf(int fd, unsigned indexed_version);
+    void NoteItemsChanged() {
+        table_stale_ = true;
+        ++items_version_;
+    }
     void RunIdle();
     void NoteActivity() { idle_pass_started_ = idle_done_ = false; }
 
     std::vector<pollfd> table_;
+    // The first registered item of each descriptor, as the dispatch takes it
+    // when it starts; valid while items_version_ is unchanged.
+    std::vector<PollItem*> item_by_fd_;
+    unsigned items_version_ = 0;  // counts every Register and Unregister
     RegistrationList<PollItem> items_;
     RegistrationList<PollTimer> timers_;
     RegistrationList<PollIdleHandler> idle_handlers_;

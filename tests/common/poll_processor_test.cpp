@@ -50,4 +50,19 @@ TEST(PollItem, PolledOnlyWhileRegisteredWithEventsAndADescriptor) {
     EXPECT_EQ(silent.calls, "R");
 }
 
+// The accept step deletes closed clients in the middle of a dispatch; a deleted
+// item that was ready too is never called (the sanitizers see any call).
+TEST(PollItem, ItemDeletedByAnEarlierHandlerIsNotCalled) {
+    struct Deleting : PipeItem {
+        PipeItem* victim = new PipeItem(POLLIN);  // ready too, dispatched after this one
+        Deleting() : PipeItem(POLLIN) {}
+        void HandleRead() override {
+            calls += "R";
+            delete victim;
+        }
+    } deleting;
+    Poll(2000);
+    EXPECT_EQ(deleting.calls, "R");
+}
+
 }  // namespace
