@@ -80,8 +80,9 @@ TEST_F(TimeSettingsTest, SetZoneInstallsTheZoneAndLocalTimeFollowsIt) {
 
 // Past January 2038 on the analyzer's 32-bit board: both clocks set right.
 TEST_F(TimeSettingsTest, SetsBothClocksPast2038) {
+    root_.WriteFile(kZones + "/UTC", "");
     TimeSettings time(platform_);
-    root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-g\n");
+    root_.WriteFile("/etc/sysconfig/ptpd", "PTPD_OPTS=-p\n");
     time.ClockTimeChanged(2224713600, PtpSettings(platform_));
     EXPECT_EQ(root_.ReadFile("/var/log/platform-actions.log"),
               "settime 2224713600 0\nrtc 2040-07-01 00:00:00\n");
