@@ -126,5 +126,9 @@ SocketClientParseData::SocketClientParseData(SocketServer* server, const std::st
 void SocketClientParseData::HandleData(const std::string& data) {
     parser_.Append(data);
     std::string message;
-    while (parser_.GetMessage(message)) GetServer()->NotifyGotRequest(this, message);
+    // A listener may close the client on one of its messages (a quit
+    // command): the rest of its input is not acted on, since whatever a
+    // closed client set up (a subscription, the interface box) would never
+    // be undone by the removal it has already had.
+    while (IsOpen() && parser_.GetMessage(message)) GetServer()->NotifyGotRequest(this, message);
 }
