@@ -102,10 +102,11 @@ void FuzzHub::ClientReads(const std::string& data, const std::function<void()>& 
     SocketClient* client = clients_->Connect(far_address_, 1);
     try {
         client->HandleData(data);
-        if (meanwhile) meanwhile();
     } catch (const std::exception& e) {
         std::cout << "SocketClient::HandleRead(): Got exception " << e.what() << std::endl;
+        client->Close();
     }
+    if (meanwhile) meanwhile();
     client->Close();
     PollProcessor::Instance().Poll(0);  // what the hub queued for its devices goes out
     Discard(dsp_);

@@ -26,7 +26,7 @@ public:
     // Hands `data` to a fresh client that the hub has greeted, as one read
     // of its socket, then closes the client. The catch is the one around a
     // client's read: a failure closes the client and the daemon goes on.
-    // `meanwhile` runs while the client is still connected.
+    // `meanwhile` runs before the client closes.
     void ClientReads(const std::string& data, const std::function<void()>& meanwhile = {});
     // Sends `packet` as one read of the signal processor and runs the loop
     // until the device has taken it.
