@@ -141,8 +141,10 @@ SocketClientParseData::SocketClientParseData(SocketServer* server, const std::st
 void SocketClientParseData::HandleData(const std::string& data) {
     parser_.Append(data);
     std::string message;
-    // A listener may close the client (a "q" among the messages): what
-    // follows it is not for anybody.
+    // A listener may close the client on one of its messages (a quit
+    // command): the rest of its input is not acted on, since whatever a
+    // closed client set up (a subscription, the interface box) would never
+    // be undone by the removal it has already had.
     while (IsOpen() && parser_.GetMessage(message)) GetServer()->NotifyGotRequest(this, message);
     if (IsOpen() && parser_.GetBuffer().size() > kLongestMessage)
         CloseForAbuse("line longer than " + std::to_string(kLongestMessage) + " bytes");

@@ -158,8 +158,7 @@ public:
     SocketClientParseData(SocketServer* server, const std::string& delimiter,
                           const SocketAddress& address, unsigned seconds);
 
-    // Reports every whole message, delimiter included, while the client
-    // stays open.
+    // Reports every whole message, delimiter included, while the client is open.
     void HandleData(const std::string& data) override;
 
 private:

@@ -3,6 +3,7 @@
 #include <time.h>
 
 #include <array>
+#include <climits>
 #include <cstdio>
 #include <iostream>
 
@@ -16,6 +17,16 @@
 #include "borealis/upkeep/washme.h"
 
 namespace {
+
+// The signal strength as a whole number, truncated, the way the analyzer's
+// processor converts: saturated beyond the int range, 0 for NaN. A garbled
+// status record must not make the conversion undefined.
+int TruncatedLevel(float value) {
+    if (value != value) return 0;
+    if (value >= 2147483648.0f) return INT_MAX;
+    if (value < -2147483648.0f) return INT_MIN;
+    return static_cast<int>(value);
+}
 
 // The local date and time of `seconds` as "YYYY-MM-DD" and "HH:MM:SS".
 void LocalDateAndTime(std::int64_t seconds, std::string& date, std::string& time) {
@@ -133,7 +144,7 @@ void MeasurementRecords::OnStatus(const DSPStatusRecord& status) {
     line.Float(v[S::REF]).Float(v[S::GND]).Float(v[S::OPTICSTDELTA]);
     line.Float(mirror_.BottomHeaterWatts()).Float(mirror_.TopHeaterWatts());
     fanout_.SendToFlagged(line.Finish(), OutputBit::STATUS, SendLimit::STATUS);
-    mirror_.Tick(LocalTimeOfDay(time.seconds), static_cast<int>(v[S::RSSI]), v[S::OPTICSTDELTA],
+    mirror_.Tick(LocalTimeOfDay(time.seconds), TruncatedLevel(v[S::RSSI]), v[S::OPTICSTDELTA],
                  (diag_ & DSPDiag::BADTEMP) != 0);
 }
 
