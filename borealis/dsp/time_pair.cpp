@@ -21,10 +21,6 @@ TimePair TimePair::Of(std::int64_t seconds, std::int64_t nanoseconds) {
     return result;
 }
 
-std::int64_t TimePair::TotalNanoseconds() const {
-    return seconds * kNanosecondsPerSecond + nanoseconds;
-}
-
 TimePair operator+(const TimePair& a, const TimePair& b) {
     return TimePair::Of(a.seconds + b.seconds,
                         static_cast<std::int64_t>(a.nanoseconds) + b.nanoseconds);
@@ -35,8 +31,11 @@ TimePair operator-(const TimePair& a, const TimePair& b) {
                         static_cast<std::int64_t>(a.nanoseconds) - b.nanoseconds);
 }
 
+// Normalised nanoseconds share the sign of their seconds, so the pairs
+// order by seconds first; no sum in nanoseconds that could overflow for a
+// time far off (a box report may carry any date).
 bool operator<(const TimePair& a, const TimePair& b) {
-    return a.TotalNanoseconds() < b.TotalNanoseconds();
+    return a.seconds != b.seconds ? a.seconds < b.seconds : a.nanoseconds < b.nanoseconds;
 }
 
 bool operator==(const TimePair& a, const TimePair& b) {

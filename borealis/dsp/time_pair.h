@@ -15,8 +15,6 @@ struct TimePair {
     // The normalised pair for `seconds` + `nanoseconds` (any range).
     static TimePair Of(std::int64_t seconds, std::int64_t nanoseconds);
 
-    // The whole value in nanoseconds.
-    std::int64_t TotalNanoseconds() const;
     bool IsZero() const { return seconds == 0 && nanoseconds == 0; }
 };
 
