@@ -138,11 +138,6 @@ bool ChecksumRight(const std::string& line) {
     return line.compare(end - 3, 3, chk) == 0;
 }
 
-int SignalNumber(const std::string& name) {
-    if (name == "USR1") return SIGUSR1;
-    throw StepError("unknown signal " + name);
-}
-
 // Whether `number` is still pending for process `pid`, not yet handled.
 bool SignalPending(pid_t pid, int number) {
     std::ifstream status("/proc/" + std::to_string(pid) + "/status");
@@ -298,7 +293,8 @@ void ScenarioRunner::ShowExit(int status) {
 
 void ScenarioRunner::SignalDaemon(const std::string& name) {
     if (!DaemonRunning()) throw StepError("the daemon does not run");
-    const int number = SignalNumber(name);
+    if (name != "USR1") throw StepError("unknown signal " + name);
+    const int number = SIGUSR1;
     daemon_->Process().Signal(number);
     // Once its handler has run, the daemon acts on the signal before it
     // polls again, so before it can see the barrier.

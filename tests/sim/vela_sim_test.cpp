@@ -112,17 +112,13 @@ TEST_F(VelaSim, BuildsTheRootAroundSeededFiles) {
     EXPECT_EQ(root_.ReadFile("/usr/share/zoneinfo/posix/UTC"), root_.ReadFile("/etc/localtime"));
 }
 
+// The values the records carry and the start-up text are in the scenarios,
+// on the manual clock.
 TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGridInRealTime) {
     Start();
-    EXPECT_EQ(Ask("set CH4D 0.25"), "ok\n");
-    EXPECT_EQ(Ask("set FLAGS 0x81"), "ok\n");
-    EXPECT_EQ(Ask("noise 0"), "ok\n");
-
     int dsp = Connect(root_ / "/dev/dsp4410", SOCK_SEQPACKET);
     EXPECT_EQ(ReadFrame(dsp).code, 24);
-    Frame init = ReadFrame(dsp);
-    EXPECT_EQ(init.code, 4);
-    EXPECT_EQ(Text(init.words), "VELA DSP 2.3 ready");
+    EXPECT_EQ(ReadFrame(dsp).code, 4);
 
     std::vector<std::uint32_t> data_ticks;
     bool synchronised = false, status_seen = false;
@@ -132,8 +128,6 @@ TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGridInRealTime) {
         if (frame.code == 7) {
             ASSERT_EQ(frame.words.size(), 30u);
             data_ticks.push_back(Field(frame, 0));
-            EXPECT_EQ(FloatFromBits(Field(frame, 1)), 0.25f);
-            EXPECT_EQ(Field(frame, 14), 0x81u);
         } else if (frame.code == 25) {
             // Never behind a record already sent.
             ASSERT_EQ(frame.words.size(), 2u);
