@@ -2,12 +2,12 @@
 // the daemon's bounds, hundreds of clients at once, connections that come
 // and go by the thousand, a client that never reads, a kill in the middle
 // of a save, the year 2038.
-#include <dirent.h>
 #include <signal.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <set>
@@ -51,12 +51,9 @@ long StatusKb(pid_t pid, const std::string& field) {
     return -1;
 }
 
-int OpenDescriptors(pid_t pid) {
-    DIR* folder = ::opendir(("/proc/" + std::to_string(pid) + "/fd").c_str());
-    int count = 0;
-    while (folder && ::readdir(folder)) ++count;
-    if (folder) ::closedir(folder);
-    return count;
+long OpenDescriptors(pid_t pid) {
+    const std::string folder = "/proc/" + std::to_string(pid) + "/fd";
+    return std::distance(std::filesystem::directory_iterator(folder), {});
 }
 
 bool IsData(const std::string& line) { return line.compare(0, 5, "DATA\t") == 0; }
@@ -174,7 +171,7 @@ TEST(Bounds, ConnectionsThatComeAndGoLeaveNoDescriptorBehind) {
     auto& [root, sim, port, daemon] = analyzer;
     ASSERT_TRUE(daemon.Ready());
     const pid_t pid = daemon.Process().pid();
-    const int before = OpenDescriptors(pid);
+    const long before = OpenDescriptors(pid);
     for (int i = 0; i < 1000; ++i) ASSERT_TRUE(LineClient(port).Connected()) << i;
     // Once this one is greeted, every earlier connection has been accepted.
     LineClient last(port);
