@@ -29,15 +29,10 @@
 // namespaces go with the last of them.
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sched.h>
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -46,6 +41,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/analyzer.h"
 #include "tests/support/process.h"
 #include "tests/support/temp_root.h"
 
@@ -113,6 +109,18 @@ public:
     std::unique_ptr<ChildProcess> Run(const std::vector<std::string>& command,
                                       const std::vector<std::string>& environment = {}) const {
         return Launch("nsenter", Inside({"--net", "--uts"}, command), environment);
+    }
+
+    // The simulated analyzer under `root`, once ready, and the daemon on it
+    // in the lab on `port`, with the lab's link as its network interface.
+    std::pair<std::unique_ptr<ChildProcess>, std::unique_ptr<ChildProcess>> RunAnalyzer(
+        const TempRoot& root, unsigned short port) const {
+        auto sim = Run({VelaSimExecutable(), "--root", root.path()});
+        if (!Await(*sim, "vela-sim: ready " + root.path() + "\n"))
+            throw std::runtime_error("vela-sim did not start: " + sim->Output());
+        std::vector<std::string> environment = DaemonEnvironment(root, port);
+        environment.push_back(std::string("BOREALIS_NETIF=") + kInterface);
+        return {std::move(sim), Run({BorealisExecutable()}, environment)};
     }
 
 private:
@@ -186,31 +194,11 @@ public:
     // `namespaces` (files such as /proc/PID/ns/net) and takes `bus_address`
     // as its system bus. The child dies with the test process.
     ClientChild(const std::string& bus_address, const std::vector<std::string>& namespaces,
-                const std::function<void(ClientChild&)>& body) {
-        int fds[2];
-        if (::pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
-        std::fflush(nullptr);  // or the child would print the test's pending output again
-        pid_ = ::fork();
-        if (pid_ < 0) throw std::runtime_error("fork failed");
-        if (pid_ == 0) {
-            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-            ::close(fds[0]);
-            output_fd_ = fds[1];
-            // exit, not _exit: the leak checker looks at the client's process too.
-            std::exit(RunChild(bus_address, namespaces, body));
-        }
-        ::close(fds[1]);
-        output_fd_ = fds[0];
-    }
-    ~ClientChild() {
-        if (status_ < 0) {
-            ::kill(pid_, SIGKILL);
-            ::waitpid(pid_, nullptr, 0);
-        }
-        ::close(output_fd_);
-    }
-    ClientChild(const ClientChild&) = delete;
-    ClientChild& operator=(const ClientChild&) = delete;
+                const std::function<void(ClientChild&)>& body)
+        : process_([&](int output_fd) {
+              output_fd_ = output_fd;
+              return RunChild(bus_address, namespaces, body);
+          }) {}
 
     // In the child: tells the test one line.
     void Say(const std::string& line) {
@@ -221,19 +209,10 @@ public:
     // Waits for the child to end and returns what it said, with a last line
     // when it failed or did not end in time.
     std::string Transcript() {
-        std::string text;
-        char buffer[4096];
-        pollfd ready{output_fd_, POLLIN, 0};
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        ssize_t n = 1;
-        while (n > 0 && std::chrono::steady_clock::now() < end)
-            if (::poll(&ready, 1, 100) > 0 && (n = ::read(output_fd_, buffer, sizeof buffer)) > 0)
-                text.append(buffer, n);
-        if (n > 0) return text + "(still running)\n";
-        int status;
-        ::waitpid(pid_, &status, 0);
-        status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-        return status_ == 0 ? text : text + "(exit status " + std::to_string(status_) + ")\n";
+        const int status = process_.Wait(std::chrono::seconds(60));
+        const std::string& text = process_.Output();
+        if (status < 0) return text + "(still running)\n";
+        return status == 0 ? text : text + "(exit status " + std::to_string(status) + ")\n";
     }
 
 private:
@@ -256,9 +235,8 @@ private:
         }
     }
 
-    pid_t pid_ = -1;
-    int status_ = -1;
-    int output_fd_ = -1;
+    int output_fd_ = -1;  // the child's end of the pipe, in the child
+    ChildProcess process_;
 };
 
 #endif

@@ -116,15 +116,8 @@ TEST(DaemonAdvertisement, AnnouncesTheAnalyzerAndRenewsItAtEveryConfigurationRea
     root.WriteFile("/etc/factory.conf",
                    "<norvance><vela><factory><serialnumber>ch4-0042</serialnumber></factory></"
                    "vela></norvance>\n");
-    auto sim = lab.Run({VelaSimExecutable(), "--root", root.path()});
-    const std::string ready = "vela-sim: ready " + root.path() + "\n";
-    ASSERT_TRUE(WaitUntil([&] { return sim->Output().find(ready) != std::string::npos; }))
-        << sim->Output();
     const unsigned short port = UniqueTestPort();
-    std::vector<std::string> environment = DaemonEnvironment(root, port);
-    environment.push_back(std::string("BOREALIS_NETIF=") +
-                          MdnsLab::kInterface);  // plays the bridge
-    auto daemon = lab.Run({BorealisExecutable()}, environment);
+    const auto [sim, daemon] = lab.RunAnalyzer(root, port);
     const pid_t daemon_pid = daemon->pid();
 
     ClientChild child(

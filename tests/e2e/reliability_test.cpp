@@ -1,11 +1,13 @@
 // What an analyzer left alone for months must survive: clients that push
 // the daemon's bounds, hundreds of clients at once, connections that come
-// and go by the thousand, a kill in the middle of a save, the year 2038.
-#include <dirent.h>
+// and go by the thousand, a client that never reads, a kill in the middle
+// of a save, the year 2038.
 #include <signal.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <set>
@@ -15,6 +17,7 @@
 #include "tests/support/analyzer.h"
 #include "tests/support/line_client.h"
 #include "tests/support/process.h"
+#include "tests/support/tcp_end.h"
 #include "tests/support/temp_root.h"
 
 namespace {
@@ -48,23 +51,32 @@ long StatusKb(pid_t pid, const std::string& field) {
     return -1;
 }
 
-int OpenDescriptors(pid_t pid) {
-    DIR* folder = ::opendir(("/proc/" + std::to_string(pid) + "/fd").c_str());
-    int count = 0;
-    while (folder && ::readdir(folder)) ++count;
-    if (folder) ::closedir(folder);
-    return count;
+long OpenDescriptors(pid_t pid) {
+    const std::string folder = "/proc/" + std::to_string(pid) + "/fd";
+    return std::distance(std::filesystem::directory_iterator(folder), {});
 }
 
 bool IsData(const std::string& line) { return line.compare(0, 5, "DATA\t") == 0; }
 
+// The line that passes the processor's text message `mark` on to clients.
+std::string MarkLine(const std::string& mark) {
+    return "DATAMSG\tMessage from DSP: " + mark + "\n";
+}
+
 // The data lines `client` receives up to the processor message `mark`.
 std::vector<std::string> DataLinesUpTo(LineClient& client, const std::string& mark) {
-    const std::string mark_line = "DATAMSG\tMessage from DSP: " + mark + "\n";
     std::vector<std::string> lines;
-    for (std::string line; !(line = client.ReadLine()).empty() && line != mark_line;)
+    for (std::string line; !(line = client.ReadLine()).empty() && line != MarkLine(mark);)
         if (IsData(line)) lines.push_back(line);
     return lines;
+}
+
+// Every line from the first data record after the data clock's acquisition
+// on, 25 ticks apart.
+void ExpectEveryRecord(const std::vector<std::string>& received) {
+    for (std::size_t i = 0; i < received.size(); ++i)
+        ASSERT_EQ(received[i].substr(0, received[i].find('\t', 5)),
+                  "DATA\t" + std::to_string(3025 + 25 * i));
 }
 
 TEST(Bounds, AbusiveClientsAreEndedOrRefusedAndTheOthersServedOn) {
@@ -84,10 +96,8 @@ TEST(Bounds, AbusiveClientsAreEndedOrRefusedAndTheOthersServedOn) {
         {"200 000 entities", "<norvance><vela><output>" + Repeat("&amp;", 200000) + "\n", "",
          false},
     };
-    TempRoot root;
-    SimulatedAnalyzer sim(root, {"--manual"});
-    const unsigned short port = UniqueTestPort();
-    DaemonUnderTest daemon(root, port);
+    AnalyzerUnderTest analyzer;
+    auto& [root, sim, port, daemon] = analyzer;
     ASSERT_TRUE(daemon.Ready());
     LineClient bystander(port);
     for (const auto& c : cases) {
@@ -115,10 +125,8 @@ TEST(Bounds, AbusiveClientsAreEndedOrRefusedAndTheOthersServedOn) {
 // and the daemon's memory grows by little more than the silent client's
 // limit.
 TEST(Bounds, ManyClientsOneSilentEveryReaderGetsEveryRecord) {
-    TempRoot root;
-    SimulatedAnalyzer sim(root, {"--manual"});
-    const unsigned short port = UniqueTestPort();
-    DaemonUnderTest daemon(root, port);
+    AnalyzerUnderTest analyzer;
+    auto& [root, sim, port, daemon] = analyzer;
     ASSERT_TRUE(daemon.Ready());
     const pid_t pid = daemon.Process().pid();
     const long rss_before = StatusKb(pid, "VmRSS");
@@ -145,9 +153,7 @@ TEST(Bounds, ManyClientsOneSilentEveryReaderGetsEveryRecord) {
     // Forty records a second from the first after the data clock's
     // acquisition, 25 ticks apart, the same for every reader.
     ASSERT_GE(received[0].size(), std::size_t(40 * (seconds - 4)));
-    for (std::size_t i = 0; i < received[0].size(); ++i)
-        ASSERT_EQ(received[0][i].substr(0, received[0][i].find('\t', 5)),
-                  "DATA\t" + std::to_string(3025 + 25 * i));
+    ExpectEveryRecord(received[0]);
     for (std::size_t i = 1; i < received.size(); ++i)
         ASSERT_EQ(received[i], received[0]) << "client " << i;
     std::cout << "256 clients, " << received[0].size() << " records each; VmRSS before "
@@ -161,19 +167,73 @@ TEST(Bounds, ManyClientsOneSilentEveryReaderGetsEveryRecord) {
 }
 
 TEST(Bounds, ConnectionsThatComeAndGoLeaveNoDescriptorBehind) {
-    TempRoot root;
-    SimulatedAnalyzer sim(root, {"--manual"});
-    const unsigned short port = UniqueTestPort();
-    DaemonUnderTest daemon(root, port);
+    AnalyzerUnderTest analyzer;
+    auto& [root, sim, port, daemon] = analyzer;
     ASSERT_TRUE(daemon.Ready());
     const pid_t pid = daemon.Process().pid();
-    const int before = OpenDescriptors(pid);
+    const long before = OpenDescriptors(pid);
     for (int i = 0; i < 1000; ++i) ASSERT_TRUE(LineClient(port).Connected()) << i;
     // Once this one is greeted, every earlier connection has been accepted.
     LineClient last(port);
     ASSERT_FALSE(last.ReadLine().empty());
     EXPECT_TRUE(WaitUntil([&] { return OpenDescriptors(pid) == before + 1; }))
         << OpenDescriptors(pid) << " descriptors, " << before << " before";
+}
+
+// A client that never reads, beside one that reads everything: the silent
+// one loses records once the daemon holds its limit of them for it.
+TEST(Bounds, SlowClientLosesRecordsAtItsLimitWhileAnotherGetsEvery) {
+    const std::size_t data_limit = 1048576;
+    AnalyzerUnderTest analyzer({"--manual"});
+    auto& [root, sim, port, daemon] = analyzer;
+    ASSERT_TRUE(daemon.Ready());
+    LineClient reader(port);
+    // Small buffers on the silent side, so that the daemon reaches its
+    // limit sooner.
+    LineClient silent(port, 4096);
+    ASSERT_FALSE(reader.ReadLine().empty());
+    ASSERT_FALSE(silent.ReadLine().empty());
+
+    // A minute of records at a time, until the daemon must have dropped
+    // some for the silent client: more than its limit plus what the kernel
+    // holds for it.
+    std::vector<std::string> received;
+    std::size_t produced = 0, kernel_held = 0;
+    std::string last_mark;
+    for (int minute = 0; produced <= data_limit + kernel_held + 65536; ++minute) {
+        ASSERT_LT(minute, 100) << "the kernel holds " << kernel_held << " bytes";
+        ASSERT_EQ(sim.Ask("run 60000"), "ok\n");
+        last_mark = "minute-" + std::to_string(minute);
+        ASSERT_EQ(sim.Ask("message " + last_mark), "ok\n");
+        for (const std::string& line : DataLinesUpTo(reader, last_mark)) {
+            produced += line.size();
+            received.push_back(line);
+        }
+        const auto sending = FindTcpEnd(port, silent.LocalPort());
+        const auto receiving = FindTcpEnd(silent.LocalPort(), port);
+        ASSERT_TRUE(sending && receiving);
+        kernel_held = sending->send_queue + receiving->receive_queue;
+    }
+    ASSERT_FALSE(received.empty());
+    ExpectEveryRecord(received);
+
+    // The silent client finally gets some of the records, in order (the
+    // kernel may take more of its output after the daemon began dropping, so
+    // what it gets may have gaps); what the daemon kept for it meanwhile
+    // stayed within the limit.
+    std::size_t bytes = 0;
+    std::vector<std::string> kept;
+    for (std::string line; !(line = silent.ReadLine()).empty() && line != MarkLine(last_mark);) {
+        bytes += line.size();
+        if (IsData(line)) kept.push_back(line);
+    }
+    ASSERT_LT(kept.size(), received.size());
+    auto next = received.begin();
+    for (const std::string& line : kept) next = std::find(next, received.end(), line);
+    EXPECT_NE(next, received.end()) << "every kept record was sent to the reader too, in order";
+    EXPECT_LE(bytes - kernel_held, data_limit + 65536);
+    reader.Send(kAskAck);
+    EXPECT_EQ(reader.ReadLineStartingWith(kAck), kAck);
 }
 
 // A daemon killed at any moment of a configuration save starts again with
@@ -228,11 +288,9 @@ long long Seconds(const std::string& line) {
 // The analyzer's records and data clock carry on past 2038-01-19 03:14:07
 // UTC, the last second a signed 32-bit time can hold.
 TEST(Year2038, RecordsAndTheDataClockRunOnPastTheLastSigned32BitSecond) {
-    TempRoot root;
     // The processor's frames arrive from 30 s before the turn on.
-    SimulatedAnalyzer sim(root, {"--manual", "--epoch", "2147483618"});
-    const unsigned short port = UniqueTestPort();
-    DaemonUnderTest daemon(root, port);
+    AnalyzerUnderTest analyzer({"--manual", "--epoch", "2147483618"});
+    auto& [root, sim, port, daemon] = analyzer;
     ASSERT_TRUE(daemon.Ready());
     LineClient client(port);
     client.Send("<norvance><vela><output><dataclock>true</dataclock></output></vela></norvance>\n");

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <fstream>
 #include <optional>
+#include <regex>
 #include <stdexcept>
 
 #include "tests/support/process.h"
@@ -57,64 +58,26 @@ std::string Unescape(const std::string& text) {
 // as \t, so that the transcript is plain text.
 std::string Escape(const std::string& line) {
     std::string out;
-    for (char c : line) {
-        if (c == '\t')
-            out += "\\t";
-        else if (c == '\r')
-            out += "\\r";
-        else if (c == '\\')
-            out += "\\\\";
-        else if (c != '\n')
-            out += c;
-    }
+    for (char c : line)
+        out += c == '\t'   ? "\\t"
+               : c == '\r' ? "\\r"
+               : c == '\\' ? "\\\\"
+                           : std::string(c != '\n', c);
     return out;
-}
-
-// Replaces the text of every <`element`> inside `text` by `mask`.
-void MaskElement(std::string& text, const std::string& element, const std::string& mask) {
-    const std::string open = "<" + element + ">", close = "</" + element + ">";
-    for (std::size_t at = text.find(open); at != std::string::npos; at = text.find(open, at + 1)) {
-        const std::size_t begin = at + open.size(), end = text.find(close, begin);
-        if (end == std::string::npos) return;
-        text.replace(begin, end - begin, mask);
-    }
-}
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-// Whether "YYYY-MM-DD HH:MM:SS" in digits begins at `at`.
-bool IsTimestampAt(const std::string& text, std::size_t at) {
-    static const char shape[] = "dddd-dd-dd dd:dd:dd";
-    if (at + sizeof shape - 1 > text.size()) return false;
-    for (std::size_t i = 0; i + 1 < sizeof shape; ++i)
-        if (shape[i] == 'd' ? !IsDigit(text[at + i]) : text[at + i] != shape[i]) return false;
-    return true;
 }
 
 // What depends on the host or the wall clock: the host name in the greeting,
 // the clock's date and time in XML answers, and any other timestamp there.
-std::string Mask(std::string line) {
+std::string Mask(const std::string& line) {
     const std::string name_event = "DATAEVENT\tNAME\t";
     if (line.compare(0, name_event.size(), name_event) == 0) return name_event + "<hostname>\n";
     if (line.empty() || line[0] != '<') return line;
-    const std::string clock_open = "<clock>", clock_close = "</clock>";
-    for (std::size_t at = line.find(clock_open); at != std::string::npos;
-         at = line.find(clock_open, at + 1)) {
-        const std::size_t end = line.find(clock_close, at);
-        if (end == std::string::npos) break;
-        std::string clock = line.substr(at, end - at);
-        MaskElement(clock, "date", "YYYY-MM-DD");
-        MaskElement(clock, "time", "HH:MM:SS");
-        line.replace(at, end - at, clock);
-    }
-    for (std::size_t at = 0; at < line.size(); ++at) {
-        if (!IsTimestampAt(line, at)) continue;
-        line.replace(at, 19, "YYYY-MM-DD HH:MM:SS");
-        at += 19;
-        if (at + 1 < line.size() && line[at] == '.' && IsDigit(line[at + 1]))
-            for (++at; at < line.size() && IsDigit(line[at]); ++at) line[at] = 'S';
-    }
-    return line;
+    static const std::regex clock_date("(<clock>(?:(?!</clock>).)*<date>)[^<]*"),
+        clock_time("(<clock>(?:(?!</clock>).)*<time>)[^<]*"),
+        timestamp("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d(\\.\\d+)?");
+    std::string masked = std::regex_replace(line, clock_date, "$1YYYY-MM-DD");
+    masked = std::regex_replace(masked, clock_time, "$1HH:MM:SS");
+    return std::regex_replace(masked, timestamp, "YYYY-MM-DD HH:MM:SS");
 }
 
 // The type word of a record line ("DATA", "DATASTAT", ...); empty for any
@@ -136,11 +99,6 @@ bool ChecksumRight(const std::string& line) {
     char chk[8];
     std::snprintf(chk, sizeof chk, "%3u", sum % 256);
     return line.compare(end - 3, 3, chk) == 0;
-}
-
-int SignalNumber(const std::string& name) {
-    if (name == "USR1") return SIGUSR1;
-    throw StepError("unknown signal " + name);
 }
 
 // Whether `number` is still pending for process `pid`, not yet handled.
@@ -298,7 +256,8 @@ void ScenarioRunner::ShowExit(int status) {
 
 void ScenarioRunner::SignalDaemon(const std::string& name) {
     if (!DaemonRunning()) throw StepError("the daemon does not run");
-    const int number = SignalNumber(name);
+    if (name != "USR1") throw StepError("unknown signal " + name);
+    const int number = SIGUSR1;
     daemon_->Process().Signal(number);
     // Once its handler has run, the daemon acts on the signal before it
     // polls again, so before it can see the barrier.

@@ -112,17 +112,13 @@ TEST_F(VelaSim, BuildsTheRootAroundSeededFiles) {
     EXPECT_EQ(root_.ReadFile("/usr/share/zoneinfo/posix/UTC"), root_.ReadFile("/etc/localtime"));
 }
 
+// The values the records carry and the start-up text are in the scenarios,
+// on the manual clock.
 TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGridInRealTime) {
     Start();
-    EXPECT_EQ(Ask("set CH4D 0.25"), "ok\n");
-    EXPECT_EQ(Ask("set FLAGS 0x81"), "ok\n");
-    EXPECT_EQ(Ask("noise 0"), "ok\n");
-
     int dsp = Connect(root_ / "/dev/dsp4410", SOCK_SEQPACKET);
     EXPECT_EQ(ReadFrame(dsp).code, 24);
-    Frame init = ReadFrame(dsp);
-    EXPECT_EQ(init.code, 4);
-    EXPECT_EQ(Text(init.words), "VELA DSP 2.3 ready");
+    EXPECT_EQ(ReadFrame(dsp).code, 4);
 
     std::vector<std::uint32_t> data_ticks;
     bool synchronised = false, status_seen = false;
@@ -132,8 +128,6 @@ TEST_F(VelaSim, StartsUpThenSendsTheScenarioOnItsTickGridInRealTime) {
         if (frame.code == 7) {
             ASSERT_EQ(frame.words.size(), 30u);
             data_ticks.push_back(Field(frame, 0));
-            EXPECT_EQ(FloatFromBits(Field(frame, 1)), 0.25f);
-            EXPECT_EQ(Field(frame, 14), 0x81u);
         } else if (frame.code == 25) {
             // Never behind a record already sent.
             ASSERT_EQ(frame.words.size(), 2u);
@@ -243,8 +237,6 @@ TEST_F(VelaSim, BoxReportsOnTheDriversClockAndKeepsWhatTheDaemonSends) {
 TEST(ZoneFiles, BuiltInZonesFollowDaylightSavingWhenTheHostHasNone) {
     TempRoot root(false);
     InstallZones(root / "/zones", root / "/localtime", root / "/no-host-zones");
-    const char* old_tz = std::getenv("TZ");
-    const std::string saved = old_tz ? old_tz : "";
     const struct {
         const char* zone;
         std::time_t when;
@@ -261,10 +253,7 @@ TEST(ZoneFiles, BuiltInZonesFollowDaylightSavingWhenTheHostHasNone) {
         EXPECT_EQ(local.tm_gmtoff, c.offset) << c.zone;
     }
     EXPECT_EQ(root.ReadFile("/localtime"), root.ReadFile("/zones/UTC"));
-    if (old_tz)
-        ::setenv("TZ", saved.c_str(), 1);
-    else
-        ::unsetenv("TZ");
+    ::unsetenv("TZ");  // local time as the other tests expect it
     ::tzset();
 }
 

@@ -41,6 +41,19 @@ private:
     bool ready_ = false;
 };
 
+// The simulator (by default on the manual clock without noise, so that
+// records carry exactly the values set and times counted from 2026-01-01
+// 00:00:00 UTC) and the daemon against it on a port of the test's own.
+struct AnalyzerUnderTest {
+    explicit AnalyzerUnderTest(const std::vector<std::string>& sim_options = {"--manual",
+                                                                              "--no-noise"})
+        : sim(root, sim_options), daemon(root, port) {}
+    TempRoot root;
+    SimulatedAnalyzer sim;
+    unsigned short port = UniqueTestPort();
+    DaemonUnderTest daemon;
+};
+
 // The environment of a daemon under `root` listening on `port`.
 std::vector<std::string> DaemonEnvironment(const TempRoot& root, unsigned short port);
 

@@ -3,9 +3,12 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <sstream>
 #include <stdexcept>
@@ -59,14 +62,29 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     std::vector<std::string> entries = Environment(environment);
     // Built before the fork: the child only duplicates descriptors and execs.
     std::vector<char*> argv = Pointers(words), envp = Pointers(entries);
+    Fork([&](int output_fd) {
+        ::dup2(output_fd, 1);
+        ::dup2(output_fd, 2);
+        ::execve(argv[0], argv.data(), envp.data());
+    });
+}
+
+ChildProcess::ChildProcess(const std::function<int(int)>& body) {
+    std::fflush(nullptr);  // or the child would print the test's pending output again
+    Fork([&](int output_fd) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // exit, not _exit: the leak checker looks at the child's process too.
+        std::exit(body(output_fd));
+    });
+}
+
+void ChildProcess::Fork(const std::function<void(int)>& child) {
     int fds[2];
     if (::pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
     pid_ = ::fork();
     if (pid_ < 0) throw std::runtime_error("fork failed");
     if (pid_ == 0) {
-        ::dup2(fds[1], 1);
-        ::dup2(fds[1], 2);
-        ::execve(argv[0], argv.data(), envp.data());
+        child(fds[1]);
         ::_exit(127);
     }
     ::close(fds[1]);

@@ -22,6 +22,10 @@ public:
     // std::runtime_error when no pipe or process can be made.
     ChildProcess(const std::string& program, const std::vector<std::string>& args,
                  const std::vector<std::string>& environment = {});
+    // Runs `body` in a forked copy of this process that dies with the test
+    // process; `body` writes its output to the descriptor it is given and
+    // returns the exit status.
+    explicit ChildProcess(const std::function<int(int output_fd)>& body);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -38,6 +42,9 @@ public:
     void Signal(int number);
 
 private:
+    // Forks, with the pipe's writing end given to `child` in the child.
+    void Fork(const std::function<void(int output_fd)>& child);
+
     pid_t pid_ = -1;
     int output_fd_ = -1;
     int status_ = -1;

@@ -16,14 +16,8 @@ TEST(VelaFind, ListsTheAnalyzerWithItsAddressPortAndTxtRecord) {
     MdnsLab lab;
     if (const std::string why = lab.Start(); !why.empty()) GTEST_SKIP() << why;
     TempRoot root;
-    auto sim = lab.Run({VelaSimExecutable(), "--root", root.path()});
-    const std::string ready = "vela-sim: ready " + root.path() + "\n";
-    ASSERT_TRUE(WaitUntil([&] { return sim->Output().find(ready) != std::string::npos; }))
-        << sim->Output();
     const unsigned short port = UniqueTestPort();
-    std::vector<std::string> environment = DaemonEnvironment(root, port);
-    environment.push_back(std::string("BOREALIS_NETIF=") + MdnsLab::kInterface);
-    auto daemon = lab.Run({BorealisExecutable()}, environment);
+    const auto [sim, daemon] = lab.RunAnalyzer(root, port);
 
     auto vela = lab.Run({VELA_EXE, "find", "--timeout", "4"});
     ASSERT_EQ(vela->Wait(), 0) << vela->Output();

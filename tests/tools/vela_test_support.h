@@ -15,16 +15,6 @@
 #include "tests/support/process.h"
 #include "tests/support/temp_root.h"
 
-// The simulator on the manual clock without noise, so that records carry
-// exactly the values set and times counted from 2026-01-01 00:00:00 UTC,
-// and the daemon against it on a port of the test's own.
-struct AnalyzerUnderTest {
-    TempRoot root;
-    SimulatedAnalyzer sim{root, {"--manual", "--no-noise"}};
-    unsigned short port = UniqueTestPort();
-    DaemonUnderTest daemon{root, port};
-};
-
 // Starts vela with `args` and the analyzer's port; its standard output and
 // error share one pipe, every line written whole.
 inline std::unique_ptr<ChildProcess> StartVela(unsigned short port, std::vector<std::string> args) {

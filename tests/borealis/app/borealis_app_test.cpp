@@ -1,4 +1,5 @@
 // The borealis executable as a process, under a simulated root.
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -136,6 +137,37 @@ TEST_F(BorealisProcess, RealTimeWithoutTheRightEndsStartUp) {
     EXPECT_EQ(child.Output(),
               "ERROR: set_real_time_priority: Unable to set real-time priority: Operation not "
               "permitted\n");
+}
+
+// A stop request that arrives while the daemon is still starting.
+TEST_F(BorealisProcess, SigintBeforeTheLoopEndsItWithoutServing) {
+    // Starting the CPLD clock writes this file: as a pipe, it holds the
+    // daemon in its start-up, after its handlers are in place and before
+    // its loop, until the test reads it.
+    const std::string clock_start = root / "/sys/devices/platform/io4410/clock_start";
+    ASSERT_EQ(::unlink(clock_start.c_str()), 0);
+    ASSERT_EQ(::mkfifo(clock_start.c_str(), 0644), 0);
+    auto daemon = Start({});
+    const std::string opened = "vela-sim: " + (root / "/dev/dsp4410") + " opened\n";
+    ASSERT_TRUE(
+        WaitUntil([&] { return analyzer.Process().Output().find(opened) != std::string::npos; }));
+
+    daemon->Signal(SIGINT);
+    const int fd = ::open(clock_start.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(fd, 0);
+    std::string written;
+    EXPECT_TRUE(WaitUntil([&] {
+        char buffer[16];
+        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (got > 0) written.append(buffer, static_cast<std::size_t>(got));
+        return written == "1";
+    }));
+    ::close(fd);
+
+    // The loop checks for the signal before it serves anything, not even
+    // the processor's first message.
+    EXPECT_EQ(daemon->Wait(), 0);
+    EXPECT_EQ(daemon->Output(), "Exiting...\n");
 }
 
 TEST_F(BorealisProcess, DaemonSendsItsOutputToSyslogLineByLine) {
