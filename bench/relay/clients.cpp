@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <stdexcept>
@@ -39,6 +40,9 @@ void Count(Clients::Counts& counts, const char* line, std::size_t length) {
     if (StartsWith(line, length, "DATA\t")) {
         ++counts.data;
         counts.data_bytes += static_cast<long>(length) + 1;
+        counts.last_data_ns = NowNs();
+    } else if (StartsWith(line, length, "DATAH\t")) {
+        counts.greeted = true;
     } else if (length == sizeof kAck - 1 && StartsWith(line, length, kAck)) {
         ++counts.acks;
         counts.last_answer_ns = NowNs();
@@ -80,6 +84,18 @@ long Clients::FewestData() const {
     long fewest = counts_.empty() ? 0 : counts_[0]->data.load();
     for (const auto& counts : counts_) fewest = std::min(fewest, counts->data.load());
     return fewest;
+}
+
+bool Clients::AllGreeted() const {
+    for (const auto& counts : counts_)
+        if (!counts->greeted) return false;
+    return true;
+}
+
+std::int64_t Clients::LastDataNs() const {
+    std::int64_t last = 0;
+    for (const auto& counts : counts_) last = std::max(last, counts->last_data_ns.load());
+    return last;
 }
 
 void Clients::Send(int client, const std::string& line) {

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -19,9 +20,11 @@ double SecondsSince(Clock::time_point start) {
 
 bool WaitFor(const std::function<bool()>& condition, double seconds) {
     const auto start = Clock::now();
+    auto interval = std::chrono::milliseconds(1);
     while (!condition()) {
         if (SecondsSince(start) > seconds) return false;
-        std::this_thread::sleep_for(std::chrono::microseconds(200));
+        std::this_thread::sleep_for(interval);
+        interval = std::min(2 * interval, std::chrono::milliseconds(32));
     }
     return true;
 }
