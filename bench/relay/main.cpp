@@ -95,6 +95,14 @@ Window MeasureWindow(const Relay& relay, const Clients& clients, long records, d
     return {used / got / 1000.0, got / SecondsSince(start)};
 }
 
+// CPU per record at 40 records a second over `window_seconds` of records,
+// once the clients receive them.
+Window RealTimeWindow(const Options& options, const Relay& relay, const Clients& clients) {
+    Require(WaitFor([&] { return clients.FewestData() >= 2; }, 20), "no data records came");
+    const long records = static_cast<long>(40 * options.window_seconds);
+    return MeasureWindow(relay, clients, records, 3 * options.window_seconds);
+}
+
 void AddFit(CostFigures& figures, int who, const std::vector<double>& clients,
             const std::vector<double>& us) {
     for (std::size_t i = 0; i < clients.size(); ++i)
@@ -153,9 +161,7 @@ void DaemonRealTime(const Options& options, Results& results) {
     std::vector<double> counts, us;
     for (int count : kClientCounts) {
         Clients clients(relay.port(), count);
-        Require(WaitFor([&] { return clients.FewestData() >= 2; }, 20), "no data records");
-        const long records = static_cast<long>(40 * options.window_seconds);
-        const Window window = MeasureWindow(relay, clients, records, 3 * options.window_seconds);
+        const Window window = RealTimeWindow(options, relay, clients);
         counts.push_back(count);
         us.push_back(window.cpu_us_per_record);
         results.line_length =
@@ -168,23 +174,23 @@ void DaemonRealTime(const Options& options, Results& results) {
     AddFit(results.real_time, 0, counts, us);
 }
 
+// The baseline with no client only wakes and formats a line 40 times a
+// second: the least any relay pays for a record on this machine.
+void BaselineIdle(const Options& options, Results& results) {
+    BaselineRelay idle(options.programs, NextPort(), 0, 40, results.line_length);
+    const std::int64_t cpu = idle.process().CpuNs();
+    std::this_thread::sleep_for(std::chrono::duration<double>(options.window_seconds));
+    results.idle_wake_us.Add((idle.process().CpuNs() - cpu) / 1000.0 /
+                             (40 * options.window_seconds));
+}
+
 void BaselineRealTime(const Options& options, Results& results) {
-    {
-        // No client: the baseline only wakes and formats a line, the least
-        // any relay pays for a record on this machine.
-        BaselineRelay idle(options.programs, NextPort(), 0, 40, results.line_length);
-        const std::int64_t cpu = idle.process().CpuNs();
-        std::this_thread::sleep_for(std::chrono::duration<double>(options.window_seconds));
-        results.idle_wake_us.Add((idle.process().CpuNs() - cpu) / 1000.0 /
-                                 (40 * options.window_seconds));
-    }
+    BaselineIdle(options, results);
     std::vector<double> counts, us;
     for (int count : kClientCounts) {
         BaselineRelay relay(options.programs, NextPort(), count, 40, results.line_length);
         Clients clients(relay.port(), count);
-        Require(WaitFor([&] { return clients.FewestData() >= 2; }, 20), "no baseline records");
-        const long records = static_cast<long>(40 * options.window_seconds);
-        const Window window = MeasureWindow(relay, clients, records, 3 * options.window_seconds);
+        const Window window = RealTimeWindow(options, relay, clients);
         counts.push_back(count);
         us.push_back(window.cpu_us_per_record);
         if (count == 32)
